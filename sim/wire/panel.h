@@ -1,0 +1,67 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <mutex>
+#include <shared_mutex>
+#include <string>
+#include <vector>
+
+#include "sim/wire/io_loop.h"
+#include "vexosim/wire.h"
+
+namespace vexosim {
+
+/// The card's front panel: which port has which wire.
+class Panel {
+public:
+    static constexpr int kPorts = 53;
+
+    Panel();
+
+    std::string attach(int user_port, std::unique_ptr<Wire> wire);
+    std::string detach(int user_port);
+    /// Why the port cannot take a wire; empty when it can.
+    std::string refusal(int user_port) const;
+    std::vector<Attachment> attachments() const;
+
+    void send(int user_port, std::span<const FrameView> frames);
+    bool carrier(int user_port) const;
+    void set_carrier(int user_port, bool up);
+    void on_receive(ReceiveFn receiver);
+
+    void start();
+    void stop() { loop_.stop(); }
+    std::size_t poll();
+    Replay replay(const std::function<void(std::chrono::nanoseconds)>& elapsed);
+
+private:
+    // A user of the wire holds the mutex shared, so that detaching waits for it.
+    struct Slot {
+        mutable std::shared_mutex mutex;
+        std::unique_ptr<Wire> wire;
+        bool link = true;
+    };
+
+    static bool exists(int user_port) { return user_port >= 0 && user_port < kPorts; }
+    Slot& slot(int user_port) { return slots_[static_cast<std::size_t>(user_port)]; }
+    const Slot& slot(int user_port) const { return slots_[static_cast<std::size_t>(user_port)]; }
+    std::string place(int user_port, std::unique_ptr<Wire>& wire);
+    int holder_of(const std::string& description) const;
+    std::size_t read_burst(int user_port, FrameBatch& batch, bool live);
+    void deliver(int user_port, const FrameBatch& batch);
+    int next_capture(std::chrono::nanoseconds& at);
+
+    std::array<Slot, kPorts> slots_;
+    std::mutex attach_mutex_; // one attach or detach at a time
+    std::mutex receiver_mutex_;
+    std::shared_ptr<const ReceiveFn> receiver_;
+    std::mutex replay_mutex_;
+    FrameBatch batch_; // of the loop, or of poll() while the loop is stopped
+    IoLoop loop_;
+};
+
+/// The one panel; never destroyed, its thread is stopped at exit.
+Panel& panel();
+
+} // namespace vexosim
