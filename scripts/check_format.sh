@@ -3,13 +3,14 @@
 # of them out.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/lib.sh
 
-mapfile -t sources < <(git ls-files '*.h' '*.cpp')
+mapfile -t files < <(sources '*.h' . && sources '*.cpp' .)
 if [ "${1:-}" = --fix ]; then
-    clang-format -i "${sources[@]}"
+    clang-format -i "${files[@]}"
     exit
 fi
-if ! warnings=$(clang-format --dry-run -Werror "${sources[@]}" 2>&1); then
+if ! warnings=$(clang-format --dry-run -Werror "${files[@]}" 2>&1); then
     sed -n 's/^\([^ ]*\):[0-9]*:[0-9]*: error: .*/\1/p' <<<"$warnings" | sort | uniq -c
     echo "Lines to lay out anew in these files; scripts/check_format.sh --fix does it." >&2
     exit 1

@@ -7,8 +7,8 @@ cd "$(dirname "$0")/.."
 
 quietly cmake --preset tidy
 compiled=$(sed -n "s|^ *\"file\": \"$PWD/\(.*\)\".*|\1|p" build-tidy/compile_commands.json | sort -u)
-mapfile -t sources < <(git ls-files -- "${@:-*}" | grep '\.cpp$' | grep -Fx -f <(echo "$compiled"))
-if [ ${#sources[@]} -eq 0 ]; then
+mapfile -t files < <(sources '*.cpp' "${@:-.}" | grep -Fx -f <(echo "$compiled"))
+if [ ${#files[@]} -eq 0 ]; then
     echo "check_tidy.sh: nothing to check" >&2
     exit 1
 fi
@@ -21,5 +21,5 @@ check_one() {
     return "$status"
 }
 export -f check_one
-printf '%s\0' "${sources[@]}" | xargs -0 -n 1 -P "$jobs" bash -c 'check_one "$0"'
-echo "${#sources[@]} files are clean"
+printf '%s\0' "${files[@]}" | xargs -0 -n 1 -P "$jobs" bash -c 'check_one "$0"'
+echo "${#files[@]} files are clean"

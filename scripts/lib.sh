@@ -11,6 +11,14 @@ say() {
     printf '== %s\n' "$*"
 }
 
+# sources NAME_PATTERN PATH...: our own files below the paths, build folders left out.
+sources() {
+    local pattern=$1
+    shift
+    find "$@" \( -path './build*' -o -path ./out -o -name '.?*' \) -prune \
+        -o -type f -name "$pattern" -print | sed 's|^\./||' | sort
+}
+
 # quietly COMMAND...: its output only when it fails.
 quietly() {
     local log status=0
