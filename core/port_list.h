@@ -15,6 +15,12 @@ public:
     /// With room for `capacity` ports; `valid` tells whether the SDK could make it.
     explicit PortList(int capacity) : valid_(ok(bcmx_lplist_init(&list_, capacity, 0))) {}
 
+    /// The same; not tried when the list before it could not be made.
+    PortList(int capacity, const PortList& before)
+        : valid_(before.valid() && ok(bcmx_lplist_init(&list_, capacity, 0)))
+    {
+    }
+
     ~PortList()
     {
         if (valid_)
