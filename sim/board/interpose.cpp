@@ -72,23 +72,30 @@ int ioctl_with(NextCall<Ioctl>& next, int fd, unsigned long request, void* argum
 
 } // namespace
 
+// NOLINTBEGIN(bugprone-reserved-identifier): these are the C library's names
 extern "C" {
 
 int open(const char* path, int flags, ...)
 {
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = has_mode(flags) ? va_arg(arguments, mode_t) : 0;
-    va_end(arguments);
+    mode_t mode = 0;
+    if (has_mode(flags)) {
+        va_list arguments;
+        va_start(arguments, flags);
+        mode = va_arg(arguments, mode_t);
+        va_end(arguments);
+    }
     return open_with(next_open, path, flags, mode);
 }
 
 int open64(const char* path, int flags, ...)
 {
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = has_mode(flags) ? va_arg(arguments, mode_t) : 0;
-    va_end(arguments);
+    mode_t mode = 0;
+    if (has_mode(flags)) {
+        va_list arguments;
+        va_start(arguments, flags);
+        mode = va_arg(arguments, mode_t);
+        va_end(arguments);
+    }
     return open_with(next_open64, path, flags, mode);
 }
 
@@ -152,3 +159,4 @@ ssize_t write(int fd, const void* bytes, std::size_t count)
 }
 
 } // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)

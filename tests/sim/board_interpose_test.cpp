@@ -104,7 +104,7 @@ TEST_F(Interpose, CreatedFilesGetTheirMode)
 {
     umask(0);
     const std::string path = directory + "/new";
-    struct stat status{};
+    struct stat status {};
     for (Open* const create : {plain_open, large_open}) {
         const int fd = create(path.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0615);
         ASSERT_GE(fd, 0);
@@ -124,7 +124,7 @@ TEST_F(Interpose, UnnamedTemporaryFilesGetTheirMode)
         GTEST_SKIP() << "the file system of /tmp has no unnamed files";
     }
     ASSERT_GE(fd, 0);
-    struct stat status{};
+    struct stat status {};
     fstat(fd, &status);
     EXPECT_EQ(status.st_mode & 0777, 0640U & ~umask(0));
     close(fd);
@@ -218,10 +218,10 @@ TEST_F(Interpose, WithoutABoardTheNamesAreTheSystems)
 
 TEST_F(Interpose, EveryFormOfOpenReachesTheNodes)
 {
-    struct stat status{};
-    for (const int fd : {plain_open("/dev/cpuDev", O_RDWR), large_open("/dev/cpuDev", O_RDWR),
-                         checked_open("/dev/cpuDev", O_RDWR),
-                         checked_large_open("/dev/cpuDev", O_RDWR)}) {
+    struct stat status {};
+    for (const int fd :
+         {plain_open("/dev/cpuDev", O_RDWR), large_open("/dev/cpuDev", O_RDWR),
+          checked_open("/dev/cpuDev", O_RDWR), checked_large_open("/dev/cpuDev", O_RDWR)}) {
         ASSERT_GE(fd, 0);
         EXPECT_EQ(fstat(fd, &status), 0);
         EXPECT_EQ(status.st_size, 0x1000000);
