@@ -1,6 +1,7 @@
 #include "sim/board/descriptors.h"
 
 #include <cerrno>
+#include <climits>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -29,9 +30,13 @@ int marked_node(int fd)
     return is_marked(fd) ? confirm_descriptor(fd) : no_node;
 }
 
-bool allows(int fd, int refused_mode)
+// The kernel's own checks of a transfer: an errno, or 0.
+int refusal(int fd, int refused_mode, std::size_t count)
 {
-    return (fcntl(fd, F_GETFL) & O_ACCMODE) != refused_mode;
+    if ((fcntl(fd, F_GETFL) & O_ACCMODE) == refused_mode) {
+        return EBADF;
+    }
+    return count > static_cast<std::size_t>(SSIZE_MAX) ? EINVAL : 0;
 }
 
 ssize_t finish(ssize_t transferred)
@@ -43,8 +48,11 @@ ssize_t finish(ssize_t transferred)
 ssize_t i2c_read(I2cBus& bus, int fd, void* bytes, std::size_t count)
 {
     const off64_t reg = lseek64(fd, 0, SEEK_CUR);
-    if (reg < 0 || !allows(fd, O_WRONLY)) {
-        return reg < 0 ? -1 : failed(EBADF);
+    if (reg < 0) {
+        return -1;
+    }
+    if (const int error = refusal(fd, O_WRONLY, count)) {
+        return failed(error);
     }
     return finish(bus.read(descriptor(fd).i2c_address, static_cast<std::uint64_t>(reg),
                            static_cast<std::uint8_t*>(bytes), count));
@@ -53,8 +61,11 @@ ssize_t i2c_read(I2cBus& bus, int fd, void* bytes, std::size_t count)
 ssize_t i2c_write(I2cBus& bus, int fd, const void* bytes, std::size_t count)
 {
     const off64_t reg = lseek64(fd, 0, SEEK_CUR);
-    if (reg < 0 || !allows(fd, O_RDONLY)) {
-        return reg < 0 ? -1 : failed(EBADF);
+    if (reg < 0) {
+        return -1;
+    }
+    if (const int error = refusal(fd, O_RDONLY, count)) {
+        return failed(error);
     }
     return finish(bus.write(descriptor(fd).i2c_address, static_cast<std::uint64_t>(reg),
                             static_cast<const std::uint8_t*>(bytes), count));

@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
@@ -183,6 +184,17 @@ TEST_F(Board, I2cRefusesOtherRequestsAddressesAndRegisters)
     EXPECT_EQ(ioctl(fd, 1, 7), -1);
     EXPECT_EQ(errno, ENOTTY);
     EXPECT_EQ(lseek(fd, -1, SEEK_SET), -1);
+    close(fd);
+}
+
+TEST_F(Board, TransfersOfANegativeLengthAreRefused)
+{
+    using Read = ssize_t(int, void*, std::size_t);
+    Read* const any_read = reinterpret_cast<Read*>(dlsym(RTLD_DEFAULT, "read"));
+    const int fd = i2c_at(7, 3);
+    std::uint8_t byte = 0;
+    EXPECT_EQ(any_read(fd, &byte, static_cast<std::size_t>(-1)), -1);
+    EXPECT_EQ(errno, EINVAL);
     close(fd);
 }
 
