@@ -1,0 +1,62 @@
+#include "sim/card/fault_plan.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vexosim {
+
+bool FaultPlan::Armed::fires(std::string_view name)
+{
+    if (!fault.call.empty() && fault.call != name)
+        return false;
+    ++seen;
+    return seen == fault.nth || (fault.sticky && seen > fault.nth);
+}
+
+void FaultPlan::add(Fault fault)
+{
+    const std::lock_guard lock(mutex_);
+    armed_.push_back({std::move(fault), 0});
+}
+
+void FaultPlan::clear()
+{
+    const std::lock_guard lock(mutex_);
+    armed_.clear();
+    calls_ = 0;
+    hits_ = 0;
+}
+
+bool FaultPlan::empty() const
+{
+    const std::lock_guard lock(mutex_);
+    return armed_.empty();
+}
+
+std::optional<int> FaultPlan::on_call(std::string_view name)
+{
+    const std::lock_guard lock(mutex_);
+    ++calls_;
+    std::optional<int> code;
+    for (Armed& armed : armed_) {
+        const Fault& fault = armed.fault;
+        if (armed.fires(name) && !code)
+            code = fault.do_nothing ? std::max(fault.code, 0) : fault.code;
+    }
+    hits_ += code ? 1 : 0;
+    return code;
+}
+
+unsigned long FaultPlan::calls() const
+{
+    const std::lock_guard lock(mutex_);
+    return calls_;
+}
+
+unsigned long FaultPlan::hits() const
+{
+    const std::lock_guard lock(mutex_);
+    return hits_;
+}
+
+} // namespace vexosim

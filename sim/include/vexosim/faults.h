@@ -1,0 +1,27 @@
+/// @file
+/// Faults: SDK calls that fail on request. A call that is made to fail changes nothing.
+/// Calls without a result code cannot fail; those that return a pointer fail with null.
+#pragma once
+
+#include <string>
+
+namespace vexosim {
+
+struct Fault {
+    std::string call;        ///< name of the SDK function; empty: any that can fail
+    unsigned nth = 1;        ///< which of the matching calls from now on, 1 is the next
+    bool sticky = false;     ///< also every matching call after it
+    int code = -1;           ///< what it reports, any value
+    bool do_nothing = false; ///< reports success (0, or a larger `code`) without doing anything
+};
+
+/// Adds a fault. Of several that hit the same call the oldest wins; each counts on its own.
+void inject(Fault fault);
+void clear_faults();
+
+/// Calls that could have failed since clear_faults(), counted while there is a fault or a log.
+unsigned long gated_calls();
+/// Calls that were made to fail since clear_faults().
+unsigned long faults_hit();
+
+} // namespace vexosim
