@@ -1,0 +1,38 @@
+#include "sim/chip/chip.h"
+
+#include <string>
+
+namespace vexosim {
+
+std::string Chip::check_conservation() const
+{
+    if (drops.balanced())
+        return {};
+    auto n = [](std::uint64_t value) { return std::to_string(value); };
+    return "frames: " + n(drops.frames_in) + " in, " + n(drops.frames_delivered) + " delivered, " +
+           n(drops.frame_drops()) + " dropped; copies: " + n(drops.copies_meant) + " meant, " +
+           n(drops.copies_sent) + " sent, " + n(drops.copies_to_cpu) + " to the CPU, " +
+           n(drops.copy_drops()) + " dropped";
+}
+
+std::uint64_t Chip::digest() const
+{
+    Digest d;
+    d.add(now_us);
+    d.add(ports);
+    d.add(flood_block);
+    d.add(vlans);
+    d.add(stgs);
+    d.add(macs);
+    d.add(cpu);
+    d.add(controls);
+    d.add(counters);
+    for (std::uint64_t value : {drops.frames_in, drops.frames_delivered, drops.copies_meant,
+                                drops.copies_sent, drops.copies_to_cpu})
+        d.add(value);
+    d.add(drops.frames);
+    d.add(drops.copies);
+    return d.value();
+}
+
+} // namespace vexosim

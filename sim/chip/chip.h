@@ -1,0 +1,42 @@
+/// @file
+/// The switch chip: all its tables as one value that can be copied, compared and reset.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "sim/chip/counters.h"
+#include "sim/chip/cpu_queues.h"
+#include "sim/chip/flood_block.h"
+#include "sim/chip/mac_table.h"
+#include "sim/chip/port_table.h"
+#include "sim/chip/stg_table.h"
+#include "sim/chip/switch_controls.h"
+#include "sim/chip/vlan_table.h"
+#include "vexosim/drops.h"
+
+namespace vexosim {
+
+/// `Chip{}` is the chip after reset and initialisation. About 2.3 MB, most of it on the heap.
+struct Chip {
+    std::uint64_t now_us = 0; ///< the time; whoever owns the chip keeps it
+
+    PortTable ports;
+    FloodBlock flood_block;
+    VlanTable vlans;
+    StgTable stgs;
+    MacTable macs;
+    CpuQueues cpu;
+    SwitchControls controls;
+    CounterTable counters;
+    DropCounters drops;
+
+    /// Empty when frames and copies balance, else a line that says what does not.
+    std::string check_conservation() const;
+    /// Of everything that operator== compares.
+    std::uint64_t digest() const;
+
+    bool operator==(const Chip&) const = default;
+};
+
+} // namespace vexosim
