@@ -8,10 +8,8 @@
 #include "core/bcm_sdk.h"
 #include "core/result.h"
 #include "core/trace.h"
+#include "pktio/receive.h"
 #include "platform/mac.h"
-
-// Defined by the event handlers.
-extern "C" int vexo_mac_traverse_callback(int unit, bcm_l2_addr_t* entry, void* user_data);
 
 using namespace vexolc;
 
