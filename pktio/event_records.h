@@ -49,6 +49,8 @@ struct ctype_link_status_s {
 /// An entry of the chip's MAC table that came, went, or is being listed.
 class L2Addr {
 public:
+    L2Addr() {} // the trunk deliberately stays unset
+
     /// The SDK's flags of the entry (`BCM_L2_*`).
     unsigned flags() { return flags_; }
     unsigned flags() const { return flags_; }
@@ -67,7 +69,7 @@ public:
     const Usp& port() const { return port_; }
     void set_port(const Usp& port) { port_ = port; }
 
-    /// The trunk id. Deliberately unset until `set_trunk`: read it only when `is_trunk`.
+    /// The trunk id. Unset until `set_trunk`: read it only when `is_trunk`.
     int trunk() { return trunk_; }
     int trunk() const { return trunk_; }
     void set_trunk(int trunk) { trunk_ = trunk; }
@@ -102,7 +104,7 @@ private:
     uint8_t mac_[6] = {};
     uint32_t vlan_ = 0;
     Usp port_;
-    int32_t trunk_; // NOLINT: unset on purpose
+    int32_t trunk_;
     int32_t trunk_sel_ = 0;
     int32_t auth_ = 0;
     int32_t type_ = 0;
