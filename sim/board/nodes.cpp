@@ -19,6 +19,7 @@ namespace {
 constexpr off64_t window_size = 0x1000000;
 constexpr off64_t daughter_register = 0x90D30;
 constexpr unsigned daughter_shift = 12;
+constexpr unsigned other_bits = 0xFFFFCFFF; // set, so that reading the wrong bits or bytes shows
 
 int failed(int error)
 {
@@ -63,8 +64,10 @@ bool put(int fd, std::span<const std::uint8_t> bytes, off64_t offset)
 int make_window(int flags, unsigned daughter_field)
 {
     const int fd = make_memory(cpu, flags);
-    const auto third_byte = static_cast<std::uint8_t>((daughter_field << daughter_shift) >> 8);
-    const std::uint8_t big_endian[] = {0, 0, third_byte, 0};
+    const unsigned value = other_bits | daughter_field << daughter_shift;
+    const std::uint8_t big_endian[] = {
+        static_cast<std::uint8_t>(value >> 24), static_cast<std::uint8_t>(value >> 16),
+        static_cast<std::uint8_t>(value >> 8), static_cast<std::uint8_t>(value)};
     if (fd >= 0 && (ftruncate64(fd, window_size) != 0 || !put(fd, big_endian, daughter_register))) {
         return close_failed(fd);
     }

@@ -236,6 +236,7 @@ TEST_F(Interpose, FortifiedReadReachesTheExpander)
     std::uint8_t bytes[2] = {};
     EXPECT_EQ(checked_read(fd, bytes, 2, 2), 2);
     EXPECT_EQ(bytes[1], 0xFF);
+    EXPECT_DEATH((void)checked_read(fd, bytes, 2, 1), "buffer overflow");
     close(fd);
 }
 

@@ -255,20 +255,20 @@ TEST_F(Board, LogListsTransfersInOrder)
 
 TEST_F(Board, WindowShowsTheDaughterModuleBigEndian)
 {
-    EXPECT_EQ(window_bytes(), (Bytes{0, 0, 0x00, 0}));
+    EXPECT_EQ(window_bytes(), (Bytes{0xFF, 0xFF, 0xCF, 0xFF}));
     EXPECT_TRUE(board::select_daughter_module(1));
-    EXPECT_EQ(window_bytes(), (Bytes{0, 0, 0x10, 0}));
+    EXPECT_EQ(window_bytes(), (Bytes{0xFF, 0xFF, 0xDF, 0xFF}));
     EXPECT_TRUE(board::select_daughter_module(2));
-    EXPECT_EQ(window_bytes(), (Bytes{0, 0, 0x20, 0}));
+    EXPECT_EQ(window_bytes(), (Bytes{0xFF, 0xFF, 0xEF, 0xFF}));
     EXPECT_TRUE(board::select_daughter_module(3));
-    EXPECT_EQ(window_bytes(), (Bytes{0, 0, 0x30, 0}));
+    EXPECT_EQ(window_bytes(), (Bytes{0xFF, 0xFF, 0xFF, 0xFF}));
 }
 
 TEST_F(Board, DaughterModuleFieldHasTwoBits)
 {
     board::select_daughter_module(3);
     EXPECT_FALSE(board::select_daughter_module(4));
-    EXPECT_EQ(window_bytes(), (Bytes{0, 0, 0x30, 0}));
+    EXPECT_EQ(window_bytes(), (Bytes{0xFF, 0xFF, 0xFF, 0xFF}));
 }
 
 TEST_F(Board, WindowEndsAfter16MiB)
@@ -446,7 +446,7 @@ TEST_F(Board, ResetIsPowerOn)
     EXPECT_EQ(board::i2c_log(), "");
     EXPECT_EQ(read_expander(2, 2), (Registers{0xFF, 0xFF}));
     EXPECT_EQ(read_expander(0, 2), (Registers{0xFF, 0xFF}));
-    EXPECT_EQ(window_bytes(), (Bytes{0, 0, 0, 0}));
+    EXPECT_EQ(window_bytes(), (Bytes{0xFF, 0xFF, 0xCF, 0xFF}));
     EXPECT_EQ(open_errno("/dev/wsdcep0"), ENOENT);
     EXPECT_EQ(open_errno("/dev/wspled"), 0);
 }

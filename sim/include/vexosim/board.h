@@ -34,8 +34,9 @@ bool enabled();
 void reset();
 
 /// Selects the daughter module shown in bits 12 and 13 of the big-endian 32-bit register at byte
-/// offset 0x90D30 of "/dev/cpuDev", a window of 16 MiB: 0 to 3. Other values are refused with false
-/// and change nothing. Windows that are open already keep what they show.
+/// offset 0x90D30 of "/dev/cpuDev", a window of 16 MiB: 0 to 3. The register's other bits are 1, all
+/// other bytes of the window 0. Other values are refused with false and change nothing. Windows
+/// that are open already keep what they show.
 bool select_daughter_module(unsigned field);
 
 /// Takes a node away (opening it fails with ENOENT) or puts it back. False when `path` is no node
