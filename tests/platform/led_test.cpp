@@ -1,5 +1,5 @@
-// Port LEDs against an SDK of this program's own that notes each call, with a PHY and a register
-// space behind it.
+// Port LEDs against SDK functions of this program's own, which note each call and come before the
+// simulated card's. No card is brought up, so the units' vectors are empty until a test sets them.
 
 #include "platform/led.h"
 
@@ -36,8 +36,6 @@ void note(const char* format, Values... values)
 } // namespace
 
 extern "C" {
-
-soc_cm_device_t soc_cm_devices[SOC_MAX_NUM_DEVICES];
 
 uint8_t soc_phy_addr_of_port(int unit, int port)
 {
