@@ -1,0 +1,110 @@
+#include "sim/chip/trunk_table.h"
+
+#include <bcmx/trunk.h>
+
+#include <algorithm>
+
+#include "vexosim/profile.h"
+
+namespace vexosim {
+
+namespace {
+
+bool is_criterion(int criterion)
+{
+    return criterion >= BCM_TRUNK_PSC_SRCMAC && criterion <= BCM_TRUNK_PSC_SRCDSTIP;
+}
+
+void drop_unless_member(int& port, const std::vector<int>& members)
+{
+    if (std::find(members.begin(), members.end(), port) == members.end())
+        port = Trunk::kNoPort;
+}
+
+} // namespace
+
+TrunkTable::TrunkTable() : trunks_(profile().trunks)
+{
+    trunk_of_port_.fill(-1);
+}
+
+int TrunkTable::create(int* id)
+{
+    if (id == nullptr)
+        return BCM_E_PARAM;
+    const auto free = std::find_if(trunks_.begin(), trunks_.end(),
+                                   [](const Trunk& trunk) { return !trunk.exists; });
+    if (free == trunks_.end())
+        return BCM_E_FULL;
+    *id = static_cast<int>(free - trunks_.begin());
+    free->exists = true;
+    return BCM_E_NONE;
+}
+
+int TrunkTable::create_id(int id)
+{
+    const int rc = check(id);
+    if (rc != BCM_E_NOT_FOUND)
+        return rc == BCM_E_NONE ? BCM_E_EXISTS : rc;
+    trunks_[static_cast<std::size_t>(id)].exists = true;
+    return BCM_E_NONE;
+}
+
+int TrunkTable::destroy(int id)
+{
+    if (const int rc = check(id); rc != BCM_E_NONE)
+        return rc;
+    mark(at(id).members, -1);
+    trunks_[static_cast<std::size_t>(id)] = Trunk{};
+    return BCM_E_NONE;
+}
+
+int TrunkTable::set(int id, Trunk trunk)
+{
+    if (const int rc = check(id); rc != BCM_E_NONE)
+        return rc;
+    if (trunk.members.empty() || trunk.members.size() > BCM_TRUNK_MAX_PORTCNT ||
+        !is_criterion(trunk.criterion))
+        return BCM_E_PARAM;
+    if (taken_elsewhere(id, trunk.members))
+        return BCM_E_RESOURCE;
+    for (int* port : {&trunk.dlf_port, &trunk.mc_port, &trunk.ipmc_port})
+        drop_unless_member(*port, trunk.members);
+    trunk.exists = true;
+    mark(at(id).members, -1);
+    mark(trunk.members, id);
+    trunks_[static_cast<std::size_t>(id)] = std::move(trunk);
+    return BCM_E_NONE;
+}
+
+int TrunkTable::set_criterion(int id, int criterion)
+{
+    if (const int rc = check(id); rc != BCM_E_NONE)
+        return rc;
+    if (!is_criterion(criterion))
+        return BCM_E_PARAM;
+    trunks_[static_cast<std::size_t>(id)].criterion = criterion;
+    return BCM_E_NONE;
+}
+
+int TrunkTable::check(int id) const
+{
+    if (id < 0 || id >= static_cast<int>(trunks_.size()))
+        return BCM_E_PARAM;
+    return at(id).exists ? BCM_E_NONE : BCM_E_NOT_FOUND;
+}
+
+bool TrunkTable::taken_elsewhere(int id, const std::vector<int>& ports) const
+{
+    return std::any_of(ports.begin(), ports.end(), [&](int port) {
+        return trunk_of(port) != -1 && trunk_of(port) != id;
+    });
+}
+
+void TrunkTable::mark(const std::vector<int>& ports, int id)
+{
+    for (int port : ports)
+        trunk_of_port_[static_cast<std::size_t>(port)] = static_cast<std::int16_t>(id);
+}
+
+} // namespace vexosim
