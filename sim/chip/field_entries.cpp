@@ -5,7 +5,6 @@
 
 #include "sim/chip/field_rules.h"
 #include "sim/chip/field_table.h"
-#include "vexosim/profile.h"
 
 namespace vexosim {
 
@@ -42,7 +41,7 @@ int FieldTable::create_entry(int group, int* id)
     const auto owner = groups_.find(group);
     if (owner == groups_.end())
         return BCM_E_NOT_FOUND;
-    if (entries_.size() >= profile().field_entries)
+    if (entries_.size() >= capacity_.entries)
         return BCM_E_FULL;
     *id = next_entry_++;
     entries_[*id].group = group;

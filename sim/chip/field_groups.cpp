@@ -4,15 +4,17 @@
 
 #include "sim/chip/field_rules.h"
 #include "sim/chip/field_table.h"
-#include "vexosim/profile.h"
 
 namespace vexosim {
 
-FieldTable::FieldTable() : udfs_(profile().udfs), controls_(BCM_FIELD_CONTROL_COUNT) {}
+FieldTable::FieldTable(FieldCapacity capacity)
+    : capacity_(capacity), udfs_(capacity.udfs), controls_(BCM_FIELD_CONTROL_COUNT)
+{
+}
 
 int FieldTable::init()
 {
-    *this = FieldTable{};
+    *this = FieldTable(capacity_);
     return BCM_E_NONE;
 }
 
@@ -55,7 +57,7 @@ int FieldTable::check_new_group(const FieldSet& set) const
         if (set.udfs[udf] && check_udf(static_cast<int>(udf)) != BCM_E_NONE)
             return BCM_E_NOT_FOUND;
     }
-    return groups_.size() < profile().field_groups ? BCM_E_NONE : BCM_E_FULL;
+    return groups_.size() < capacity_.groups ? BCM_E_NONE : BCM_E_FULL;
 }
 
 int FieldTable::destroy_group(int id)

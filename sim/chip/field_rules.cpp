@@ -17,12 +17,12 @@ struct Field {
 };
 
 constexpr Field kFields[] = {
-    {bcmFieldQualifySrcMac, 48},       {bcmFieldQualifyDstMac, 48},
-    {bcmFieldQualifySrcIp, 32},        {bcmFieldQualifyDstIp, 32},
-    {bcmFieldQualifyInPort, 8},        {bcmFieldQualifyOuterVlanId, 12},
-    {bcmFieldQualifyOuterVlanPri, 3},  {bcmFieldQualifyL4SrcPort, 16},
-    {bcmFieldQualifyL4DstPort, 16},    {bcmFieldQualifyEtherType, 16},
-    {bcmFieldQualifyIpProtocol, 8},    {bcmFieldQualifyTos, 8},
+    {bcmFieldQualifySrcMac, 48},      {bcmFieldQualifyDstMac, 48},
+    {bcmFieldQualifySrcIp, 32},       {bcmFieldQualifyDstIp, 32},
+    {bcmFieldQualifyInPort, 8},       {bcmFieldQualifyOuterVlanId, 12},
+    {bcmFieldQualifyOuterVlanPri, 3}, {bcmFieldQualifyL4SrcPort, 16},
+    {bcmFieldQualifyL4DstPort, 16},   {bcmFieldQualifyEtherType, 16},
+    {bcmFieldQualifyIpProtocol, 8},   {bcmFieldQualifyTos, 8},
     {bcmFieldQualifyIpType, 8},
 };
 
@@ -70,8 +70,8 @@ const Action* find_action(int action)
 
 bool is_valid(const FieldMatch& match)
 {
-    if (match.field == bcmFieldQualifyIpType &&
-        match.data != BCM_FIELD_IP_TYPE_IP_PROTOCOL && match.data != BCM_FIELD_IP_TYPE_ARP)
+    if (match.field == bcmFieldQualifyIpType && match.data != BCM_FIELD_IP_TYPE_IP_PROTOCOL &&
+        match.data != BCM_FIELD_IP_TYPE_ARP)
         return false;
     const std::uint64_t beyond = ~((std::uint64_t{1} << bits_of(match.field)) - 1);
     return (match.data & beyond) == 0 && (match.mask & beyond) == 0;

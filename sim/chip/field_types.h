@@ -1,11 +1,16 @@
+/// @file
+/// What the field processor is made of.
 #pragma once
 
-#include <array>
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
+
+#include "sim/chip/digest.h"
+#include "sim/chip/mac_table.h"
+#include "sim/chip/port_set.h"
 
 namespace vexosim {
 
@@ -15,6 +20,7 @@ struct FieldSet {
     std::bitset<96> udfs;
 
     bool operator==(const FieldSet&) const = default;
+    void digest(Digest& d) const;
 };
 
 struct FieldGroup {
@@ -23,6 +29,7 @@ struct FieldGroup {
     std::size_t entries = 0;
 
     bool operator==(const FieldGroup&) const = default;
+    void digest(Digest& d) const;
 };
 
 /// A field of the frame and what it has to be. A MAC address is a number whose most significant
@@ -35,16 +42,18 @@ struct FieldMatch {
     std::uint64_t mask = 0; ///< a clear bit matches anything
 
     bool operator==(const FieldMatch&) const = default;
+    void digest(Digest& d) const;
 };
 
 struct FieldAction {
     int action = 0; ///< bcm_field_action_t
     std::uint32_t param0 = 0;
     std::uint32_t param1 = 0;
-    std::array<std::uint8_t, 6> mac{}; ///< of a MAC rewrite
-    std::vector<int> ports;            ///< chip-local, as given, of an action on ports
+    MacAddress mac = 0; ///< of a MAC rewrite
+    PortSet ports;      ///< of an action on ports
 
     bool operator==(const FieldAction&) const = default;
+    void digest(Digest& d) const;
 };
 
 /// Both lists rise by field and by action, and hold each once.
@@ -53,16 +62,18 @@ struct FieldRule {
     std::vector<FieldAction> actions;
 
     bool operator==(const FieldRule&) const = default;
+    void digest(Digest& d) const;
 };
 
 struct FieldEntry {
     int group = 0;
-    int priority = 0; ///< within the group a larger one wins, then the lower id
-    FieldRule rule;   ///< as programmed so far
-    std::optional<FieldRule> installed; ///< as it acts on frames
+    int priority = 0;                     ///< within the group a larger one wins, then the lower id
+    FieldRule rule;                       ///< as programmed so far
+    std::optional<FieldRule> installed;   ///< as it acts on frames
     std::optional<std::uint64_t> packets; ///< its counter, when it has one
 
     bool operator==(const FieldEntry&) const = default;
+    void digest(Digest& d) const;
 };
 
 /// Where a user-defined field lies: word n covers frame bytes 4n-2 to 4n+1.
@@ -71,6 +82,7 @@ struct FieldUdf {
     std::uint32_t word = 0;
 
     bool operator==(const FieldUdf&) const = default;
+    void digest(Digest& d) const;
 };
 
 } // namespace vexosim

@@ -15,8 +15,7 @@ bool is_valid(std::uint32_t flags)
         return true;
     const bool true_egress = (flags & BCM_MIRROR_PORT_EGRESS_TRUE) != 0;
     return (flags & ~kAll) == 0 && (flags & BCM_MIRROR_PORT_ENABLE) != 0 &&
-           (flags & kDirections) != 0 &&
-           (!true_egress || (flags & BCM_MIRROR_PORT_EGRESS) != 0);
+           (flags & kDirections) != 0 && (!true_egress || (flags & BCM_MIRROR_PORT_EGRESS) != 0);
 }
 
 } // namespace
@@ -37,6 +36,8 @@ int MirrorTable::set_format(int mode)
 
 int MirrorTable::set(int port, int destination, std::uint32_t flags)
 {
+    if (!is_chip_port(port) || !is_chip_port(destination))
+        return BCM_E_PORT;
     if (!is_valid(flags) || destination == port)
         return BCM_E_PARAM;
     mirrors_[static_cast<std::size_t>(port)] = flags != 0 ? Mirror{destination, flags} : Mirror{};

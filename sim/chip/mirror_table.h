@@ -1,7 +1,12 @@
+/// @file
+/// Which ports are mirrored, and where to.
 #pragma once
 
 #include <array>
 #include <cstdint>
+
+#include "sim/chip/digest.h"
+#include "sim/chip/port_set.h"
 
 namespace vexosim {
 
@@ -11,13 +16,20 @@ struct Mirror {
     std::uint32_t flags = 0; ///< BCM_MIRROR_PORT_*
 
     bool operator==(const Mirror&) const = default;
+    void digest(Digest& d) const
+    {
+        d.add(destination);
+        d.add(flags);
+    }
 };
 
-/// Port mirroring, by chip-local port. Results are SDK codes.
 class MirrorTable {
 public:
     int init();
+    /// PARAM: not 0 or 1.
     int set_format(int mode);
+    /// Flags 0 stop the port's mirroring. PORT: either port; PARAM: flags that say no direction or
+    /// nothing known, a port to itself.
     int set(int port, int destination, std::uint32_t flags);
 
     const Mirror& of(int port) const { return mirrors_[static_cast<std::size_t>(port)]; }
@@ -25,9 +37,14 @@ public:
     bool as_received() const { return format_ == 1; }
 
     bool operator==(const MirrorTable&) const = default;
+    void digest(Digest& d) const
+    {
+        d.add(mirrors_);
+        d.add(format_);
+    }
 
 private:
-    std::array<Mirror, 54> mirrors_{};
+    std::array<Mirror, kPortCount> mirrors_{};
     int format_ = 0;
 };
 

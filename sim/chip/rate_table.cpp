@@ -13,6 +13,8 @@ constexpr int kFlags[] = {BCM_RATE_DLF, BCM_RATE_MCAST, BCM_RATE_BCAST};
 int RateTable::set(int port, StormClass storm, int limit, int flags)
 {
     const auto index = static_cast<std::size_t>(storm);
+    if (!is_chip_port(port))
+        return BCM_E_PORT;
     if (limit < 0 || flags != kFlags[index])
         return BCM_E_PARAM;
     limits_[static_cast<std::size_t>(port)][index] = limit;

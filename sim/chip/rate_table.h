@@ -1,17 +1,21 @@
+/// @file
+/// Storm control: packets per second that a port accepts of each class of frame.
 #pragma once
 
 #include <array>
 
+#include "sim/chip/digest.h"
+#include "sim/chip/port_set.h"
+
 namespace vexosim {
 
 /// Classes of frame with a storm-control limit.
-enum class StormClass { unknown_unicast, multicast, broadcast };
+enum class StormClass { kUnknownUnicast, kMulticast, kBroadcast };
 
-/// Storm control: packets per second by chip-local port and class, 0 is no limit. Results are SDK
-/// codes.
+/// A limit of 0 is none.
 class RateTable {
 public:
-    /// `flags` must name the class and nothing else.
+    /// `flags` names the class once more. PORT; PARAM: a negative limit, other flags.
     int set(int port, StormClass storm, int limit, int flags);
 
     int limit(int port, StormClass storm) const;
@@ -19,9 +23,10 @@ public:
     int limited(int port) const;
 
     bool operator==(const RateTable&) const = default;
+    void digest(Digest& d) const { d.add(limits_); }
 
 private:
-    std::array<std::array<int, 3>, 54> limits_{};
+    std::array<std::array<int, 3>, kPortCount> limits_{};
 };
 
 } // namespace vexosim

@@ -3,12 +3,17 @@
 #include <bcmx/trunk.h>
 
 #include <algorithm>
-
-#include "vexosim/profile.h"
+#include <utility>
 
 namespace vexosim {
 
 namespace {
+
+bool are_front_ports(const std::vector<int>& ports)
+{
+    return std::all_of(ports.begin(), ports.end(),
+                       [](int port) { return is_chip_port(port) && port != kCpuPort; });
+}
 
 bool is_criterion(int criterion)
 {
@@ -23,7 +28,7 @@ void drop_unless_member(int& port, const std::vector<int>& members)
 
 } // namespace
 
-TrunkTable::TrunkTable() : trunks_(profile().trunks)
+TrunkTable::TrunkTable(std::size_t capacity) : trunks_(capacity)
 {
     trunk_of_port_.fill(-1);
 }
@@ -66,6 +71,8 @@ int TrunkTable::set(int id, Trunk trunk)
     if (trunk.members.empty() || trunk.members.size() > BCM_TRUNK_MAX_PORTCNT ||
         !is_criterion(trunk.criterion))
         return BCM_E_PARAM;
+    if (!are_front_ports(trunk.members))
+        return BCM_E_PORT;
     if (taken_elsewhere(id, trunk.members))
         return BCM_E_RESOURCE;
     for (int* port : {&trunk.dlf_port, &trunk.mc_port, &trunk.ipmc_port})
@@ -96,15 +103,31 @@ int TrunkTable::check(int id) const
 
 bool TrunkTable::taken_elsewhere(int id, const std::vector<int>& ports) const
 {
-    return std::any_of(ports.begin(), ports.end(), [&](int port) {
-        return trunk_of(port) != -1 && trunk_of(port) != id;
-    });
+    return std::any_of(ports.begin(), ports.end(),
+                       [&](int port) { return trunk_of(port) != -1 && trunk_of(port) != id; });
 }
 
 void TrunkTable::mark(const std::vector<int>& ports, int id)
 {
     for (int port : ports)
         trunk_of_port_[static_cast<std::size_t>(port)] = static_cast<std::int16_t>(id);
+}
+
+void Trunk::digest(Digest& d) const
+{
+    d.add(exists);
+    d.add(criterion);
+    d.add(members.size());
+    for (int port : members)
+        d.add(port);
+    for (int port : {dlf_port, mc_port, ipmc_port})
+        d.add(port);
+}
+
+void TrunkTable::digest(Digest& d) const
+{
+    for (const Trunk& trunk : trunks_)
+        d.add(trunk);
 }
 
 } // namespace vexosim
