@@ -26,6 +26,13 @@ std::uint64_t Chip::digest() const
     d.add(macs);
     d.add(cpu);
     d.add(controls);
+    d.add(trunks);
+    d.add(mirrors);
+    d.add(rates);
+    d.add(field);
+    d.add(l3_interfaces);
+    d.add(l3_hosts);
+    d.add(l3_routes);
     d.add(counters);
     for (std::uint64_t value : {drops.frames_in, drops.frames_delivered, drops.copies_meant,
                                 drops.copies_sent, drops.copies_to_cpu})

@@ -7,11 +7,17 @@
 
 #include "sim/chip/counters.h"
 #include "sim/chip/cpu_queues.h"
+#include "sim/chip/field_table.h"
 #include "sim/chip/flood_block.h"
+#include "sim/chip/l3_forwarding_table.h"
+#include "sim/chip/l3_interface_table.h"
 #include "sim/chip/mac_table.h"
+#include "sim/chip/mirror_table.h"
 #include "sim/chip/port_table.h"
+#include "sim/chip/rate_table.h"
 #include "sim/chip/stg_table.h"
 #include "sim/chip/switch_controls.h"
+#include "sim/chip/trunk_table.h"
 #include "sim/chip/vlan_table.h"
 #include "vexosim/drops.h"
 
@@ -28,6 +34,13 @@ struct Chip {
     MacTable macs;
     CpuQueues cpu;
     SwitchControls controls;
+    TrunkTable trunks;
+    MirrorTable mirrors;
+    RateTable rates;
+    FieldTable field;
+    L3InterfaceTable l3_interfaces;
+    L3HostTable l3_hosts;
+    L3RouteTable l3_routes;
     CounterTable counters;
     DropCounters drops;
 

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "sim/chip/digest.h"
-#include "sim/chip/mac_table.h"
 #include "sim/chip/port_set.h"
 
 namespace vexosim {
@@ -49,8 +48,8 @@ struct FieldAction {
     int action = 0; ///< bcm_field_action_t
     std::uint32_t param0 = 0;
     std::uint32_t param1 = 0;
-    MacAddress mac = 0; ///< of a MAC rewrite
-    PortSet ports;      ///< of an action on ports
+    std::uint64_t mac = 0; ///< of a MAC rewrite
+    PortSet ports;         ///< of an action on ports
 
     bool operator==(const FieldAction&) const = default;
     void digest(Digest& d) const;

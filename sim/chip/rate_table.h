@@ -10,7 +10,7 @@
 namespace vexosim {
 
 /// Classes of frame with a storm-control limit.
-enum class StormClass { kUnknownUnicast, kMulticast, kBroadcast };
+enum class StormClass { kDlf, kMcast, kBcast };
 
 /// A limit of 0 is none.
 class RateTable {
