@@ -141,7 +141,7 @@ bool MacTable::learn(const MacEntry& place, std::uint64_t now_us)
 {
     MacEntry* present = find_slot(place.key);
     if (present != nullptr && (present->is_static() || present->same_place(place))) {
-        present->heard_ms = to_ms(now_us);
+        touch(*present, now_us);
         return true;
     }
     if (present != nullptr)

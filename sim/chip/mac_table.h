@@ -33,7 +33,7 @@ constexpr bool is_multicast(MacAddress mac)
 {
     return (mac >> 40 & 1) != 0;
 }
-inline constexpr MacAddress kBroadcast = 0xffffffffffff;
+inline constexpr MacAddress kBroadcastMac = 0xffffffffffff;
 
 /// What an entry is found by. `vid` is 0 to 4095.
 constexpr std::uint64_t mac_key(MacAddress mac, int vid)
@@ -58,7 +58,7 @@ struct MacEntry {
     std::uint8_t cos_dst = 0;
     std::uint8_t cos_src = 0;
 
-    MacAddress mac() const { return key & kBroadcast; }
+    MacAddress mac() const { return key & kBroadcastMac; }
     int vid() const { return static_cast<int>(key >> 48); }
     bool is_static() const;
     bool on_trunk() const;
@@ -112,6 +112,13 @@ public:
     /// flag count), or notes that it was heard again. Static entries stay as they are.
     /// @return false when the table is full.
     bool learn(const MacEntry& place, std::uint64_t now_us);
+
+    /// Notes that the address of an entry of this table was heard again.
+    void touch(const MacEntry& entry, std::uint64_t now_us)
+    {
+        slots_[static_cast<std::size_t>(&entry - slots_.data())].heard_ms =
+            static_cast<std::uint32_t>(now_us / 1000);
+    }
 
     /// Seconds without being heard after which an entry goes; 0: never. PARAM: negative.
     int set_age_seconds(int seconds);

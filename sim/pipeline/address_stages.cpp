@@ -1,0 +1,158 @@
+// Where a frame comes from, and where it goes to.
+#include <bcm/port.h>
+#include <bcm/rx.h>
+
+#include "sim/chip/text.h"
+#include "sim/pipeline/recorder.h"
+#include "sim/pipeline/stages.h"
+
+namespace vexosim {
+
+namespace {
+
+bool is_here(const MacEntry& entry, int port)
+{
+    return !entry.on_trunk() && entry.port == port;
+}
+
+std::string describe_source(const Packet& p, const PortNames& names)
+{
+    if (p.source == nullptr)
+        return mac_text(p.src) + " is unknown";
+    std::string kind = p.source->is_static() ? " has a static entry at " : " was learned at ";
+    return mac_text(p.src) + kind + place_text(*p.source, names.name(p.source->port));
+}
+
+std::string describe_learning(const Packet& p)
+{
+    switch (p.learning) {
+    case Learning::kNone:
+        return "not learned";
+    case Learning::kRefresh:
+        return "heard again";
+    case Learning::kLearn:
+        break;
+    }
+    return p.source == nullptr ? "learned here" : "moves here";
+}
+
+/// A source that the table does not have at this port.
+Step strange_source(const Chip& chip, Packet& p)
+{
+    std::uint8_t mode = chip.ports[p.in_port].learn;
+    bool fixed = p.source != nullptr && p.source->is_static();
+    bool room = p.source != nullptr || chip.macs.size() < chip.macs.capacity();
+    if ((mode & BCM_PORT_LEARN_ARL) != 0 && !fixed && room)
+        p.learning = Learning::kLearn;
+    if (p.stp == StpState::kLearn)
+        return drop(DropReason::stp_learning);
+    if ((mode & BCM_PORT_LEARN_CPU) != 0 && !p.from_cpu())
+        p.copy_to_cpu(bcmRxReasonCpuLearn);
+    return (mode & BCM_PORT_LEARN_FWD) != 0 ? next() : drop(DropReason::source_unknown);
+}
+
+int flood_reason(const Packet& p)
+{
+    if (p.destination != nullptr)
+        return bcmRxReasonL2Cpu;
+    if (!p.multicast())
+        return bcmRxReasonDestLookupFail;
+    return p.cast == Cast::kBroadcast ? bcmRxReasonBroadcast : bcmRxReasonMulticast;
+}
+
+/// To the place of the entry that the destination has.
+Step to_entry(Packet& p)
+{
+    const MacEntry& entry = *p.destination;
+    if (entry.on_trunk())
+        return drop(DropReason::no_destination);
+    if (entry.port == p.in_port)
+        return drop(DropReason::same_port);
+    p.out = PortSet{entry.port} - entry.block;
+    return p.out.any() ? next() : drop(DropReason::entry_blocked);
+}
+
+const char* flood_name(FloodClass kind)
+{
+    static constexpr std::array<const char*, kFloodClasses> kNames = {
+        "broadcast", "unknown unicast", "known multicast", "unknown multicast"};
+    return kNames[static_cast<std::size_t>(kind)];
+}
+
+} // namespace
+
+Step stage::source(const Chip&, Packet& p)
+{
+    return is_multicast(p.src) ? drop(DropReason::source_multicast) : next();
+}
+
+/// A static entry elsewhere does not move: its address stays a stranger to this port.
+Step stage::learn(const Chip& chip, Packet& p)
+{
+    p.source = chip.macs.find(mac_key(p.src, p.vid));
+    bool here = p.source != nullptr && is_here(*p.source, p.in_port);
+    if (here)
+        p.learning = Learning::kRefresh;
+    Step step = here ? p.stp == StpState::kLearn ? drop(DropReason::stp_learning) : next()
+                     : strange_source(chip, p);
+    explain(p, [&](const PortNames& names) {
+        return describe_source(p, names) + "; " + describe_learning(p) +
+               (p.cpu != 0 ? "; copied to the CPU" : "");
+    });
+    return step;
+}
+
+Step stage::look_up(const Chip& chip, Packet& p)
+{
+    if (p.cast != Cast::kBroadcast)
+        p.destination = chip.macs.find(mac_key(p.dst, p.vid));
+    if (p.multicast())
+        p.flood = p.cast == Cast::kBroadcast ? FloodClass::kBroadcast
+                  : p.destination != nullptr ? FloodClass::kKnownMulticast
+                                             : FloodClass::kUnknownMulticast;
+    else
+        p.flood = FloodClass::kUnknownUnicast;
+    explain(p, [&](const PortNames& names) {
+        if (p.destination == nullptr)
+            return mac_text(p.dst) + ": " + flood_name(p.flood);
+        return mac_text(p.dst) + " is at " +
+               place_text(*p.destination, names.name(p.destination->port)) +
+               (p.destination->is_static() ? ", by a static entry" : ", learned");
+    });
+    if (p.destination != nullptr)
+        return to_entry(p);
+    if (!p.multicast() && !p.from_cpu() && chip.controls.unknown_unicast_to_cpu(p.in_port))
+        p.copy_to_cpu(bcmRxReasonDestLookupFail);
+    return next();
+}
+
+Step stage::flood(const Chip& chip, Packet& p)
+{
+    if (p.destination == nullptr) {
+        p.out = p.vlan->members - PortSet{p.in_port};
+        if (p.out.empty())
+            return drop(DropReason::no_destination);
+    } else if (!p.multicast()) {
+        return next();
+    }
+    PortSet blocked = p.out & chip.flood_block.blocked(p.in_port, p.flood);
+    explain(p, [&](const PortNames& names) {
+        return std::string(flood_name(p.flood)) + " to " + names.names(p.out) +
+               (blocked.any() ? ", blocked to " + names.names(blocked) : "");
+    });
+    p.out -= blocked;
+    return p.out.any() ? next() : drop(DropReason::flood_blocked);
+}
+
+/// The CPU port has no wire: what would leave there is a CPU copy.
+Step stage::cpu_copy(const Chip&, Packet& p)
+{
+    if (p.out.test(kCpuPort)) {
+        p.copy_to_cpu(flood_reason(p));
+        p.out.reset(kCpuPort);
+        explain(p, [&](const PortNames&) { return "the CPU port is among the destinations"; });
+    }
+    return p.out.any() ? next() : done();
+}
+
+} // namespace vexosim

@@ -1,0 +1,171 @@
+// What the stages decided takes effect here.
+#include "sim/pipeline/forward.h"
+
+#include "sim/pipeline/rewrite.h"
+#include "sim/pipeline/stages.h"
+
+namespace vexosim {
+
+namespace {
+
+constexpr std::uint16_t kIp4Type = 0x0800, kIp6Type = 0x86dd;
+
+void count_good_frame(PortCounters& c, const Packet& p)
+{
+    std::uint32_t octets = wire_octets(p.frame.size());
+    c.in.count(p.cast, octets, FrameCounters::size_class(octets));
+    if (p.ethertype == kIp4Type)
+        ++c.in_ip4;
+    if (p.ethertype == kIp6Type) {
+        ++c.in_ip6;
+        c.in_ip6_multicast += p.multicast() ? 1 : 0;
+    }
+}
+
+/// A port that is down receives nothing, so counts nothing.
+void count_arrival(PortCounters& c, const Packet& p)
+{
+    switch (p.drop) {
+    case DropReason::port_disabled:
+    case DropReason::port_link_down:
+        return;
+    case DropReason::truncated:
+        ++c.in_undersize;
+        return;
+    case DropReason::too_long:
+        ++c.in_oversize;
+        return;
+    case DropReason::pause:
+        ++c.in_pause;
+        break;
+    default:
+        break;
+    }
+    count_good_frame(c, p);
+}
+
+void apply_learning(Chip& chip, const Packet& p)
+{
+    if (p.learning == Learning::kRefresh)
+        chip.macs.touch(*p.source, chip.now_us);
+    if (p.learning != Learning::kLearn)
+        return;
+    MacEntry place;
+    place.key = mac_key(p.src, p.vid);
+    place.port = static_cast<std::uint8_t>(p.in_port);
+    chip.macs.learn(place, chip.now_us);
+}
+
+void send_form(Chip& chip, const Packet& p, PortSet ports, FrameView form, Outputs& outputs)
+{
+    std::uint32_t octets = wire_octets(form.size());
+    std::size_t size_class = FrameCounters::size_class(octets);
+    bool ip6_multicast = p.multicast() && p.ethertype == kIp6Type;
+    for (int port : ports) {
+        outputs.push(port, form);
+        PortCounters& c = chip.counters[port];
+        c.out.count(p.cast, octets, size_class);
+        c.out_ip6_multicast += ip6_multicast ? 1 : 0;
+    }
+}
+
+void send_copies(Chip& chip, const Packet& p, Outputs& outputs)
+{
+    if (PortSet tagged = p.out - p.untagged; tagged.any()) {
+        FrameView form = p.frame;
+        if (!has_right_tag(p)) {
+            std::uint8_t* memory = outputs.arena.take(tagged_bytes(p));
+            write_tagged(p, memory);
+            form = {memory, tagged_bytes(p)};
+        }
+        send_form(chip, p, tagged, form, outputs);
+    }
+    if (PortSet untagged = p.out & p.untagged; untagged.any()) {
+        FrameView form = p.frame;
+        if (p.tagged) {
+            std::uint8_t* memory = outputs.arena.take(p.untagged_bytes());
+            write_untagged(p, memory);
+            form = {memory, p.untagged_bytes()};
+        }
+        send_form(chip, p, untagged, form, outputs);
+    }
+}
+
+void count_lost_copies(Chip& chip, const Packet& p)
+{
+    for (int port : p.too_long) {
+        ++chip.counters[port].out_discards;
+        ++chip.counters[port].out_too_long;
+        ++chip.drops.copies[static_cast<std::size_t>(DropReason::egress_too_long)];
+    }
+}
+
+/// @return whether the CPU got its copy.
+bool send_to_cpu(Chip& chip, CpuReceive& cpu, Packet& p)
+{
+    if (p.cpu == 0)
+        return false;
+    ++chip.drops.copies_meant;
+    if (cpu.enqueue(chip, p)) {
+        ++chip.drops.copies_to_cpu;
+        return true;
+    }
+    ++chip.drops.copies[static_cast<std::size_t>(DropReason::cpu_queue_full)];
+    if (p.drop == DropReason::kNone)
+        p.drop = DropReason::cpu_queue_full;
+    return false;
+}
+
+/// Each frame ends here, once.
+void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
+{
+    DropCounters& drops = chip.drops;
+    std::uint64_t sent = static_cast<std::uint64_t>(p.out.count());
+    ++drops.frames_in;
+    drops.copies_meant += sent + static_cast<std::uint64_t>(p.too_long.count());
+    drops.copies_sent += sent;
+    count_arrival(chip.counters[p.in_port], p);
+    apply_learning(chip, p);
+    send_copies(chip, p, outputs);
+    if (p.too_long.any()) [[unlikely]]
+        count_lost_copies(chip, p);
+    if (send_to_cpu(chip, cpu, p) || sent > 0) {
+        ++drops.frames_delivered;
+        return;
+    }
+    ++drops.frames[static_cast<std::size_t>(p.drop)];
+    if (p.drop > DropReason::pause)
+        ++chip.counters[p.in_port].in_discards;
+}
+
+} // namespace
+
+void forward_batch(Chip& chip, CpuReceive& cpu, int chip_port, std::span<const FrameView> frames,
+                   Outputs& outputs)
+{
+    for (FrameView frame : frames) {
+        Packet p;
+        p.frame = frame;
+        p.in_port = chip_port;
+        run_stages(forwarding_stages(), chip, p);
+        settle(chip, cpu, p, outputs);
+    }
+}
+
+void forward_from_cpu(Chip& chip, CpuReceive& cpu, FrameView frame, Outputs& outputs)
+{
+    forward_batch(chip, cpu, kCpuPort, {&frame, 1}, outputs);
+}
+
+void send_to_ports(Chip& chip, CpuReceive& cpu, FrameView frame, PortSet ports, PortSet untagged,
+                   Outputs& outputs)
+{
+    Packet p;
+    p.frame = frame;
+    p.out = ports - PortSet{kCpuPort};
+    p.untagged = untagged;
+    run_stages(direct_stages(), chip, p);
+    settle(chip, cpu, p, outputs);
+}
+
+} // namespace vexosim

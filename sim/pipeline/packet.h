@@ -1,0 +1,103 @@
+/// @file
+/// A frame on its way through the chip: what is known about it and what has been decided.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "sim/chip/chip.h"
+#include "vexosim/drops.h"
+#include "vexosim/frame.h"
+
+namespace vexosim {
+
+class Recorder;
+
+/// What a stage does with a frame.
+struct Step {
+    enum class Kind : std::uint8_t {
+        kNext, ///< goes on to the next stage
+        kDone, ///< all is decided
+        kDrop  ///< goes no further; a CPU copy that an earlier stage asked for is still made
+    };
+    Kind kind = Kind::kNext;
+    DropReason reason = DropReason::kNone;
+};
+constexpr Step next()
+{
+    return {};
+}
+constexpr Step done()
+{
+    return {Step::Kind::kDone};
+}
+constexpr Step drop(DropReason reason)
+{
+    return {Step::Kind::kDrop, reason};
+}
+
+/// What happens to the MAC table because of the frame's source.
+enum class Learning : std::uint8_t {
+    kNone,
+    kRefresh, ///< the address is here and was heard again
+    kLearn    ///< the address is new here, or has moved here
+};
+
+inline constexpr std::uint16_t kTagType = 0x8100;
+inline constexpr std::uint16_t kArpType = 0x0806;
+inline constexpr std::size_t kHeaderBytes = 14;
+inline constexpr std::size_t kTagBytes = 4;
+
+/// Pointers are into the chip's tables and valid until they change.
+struct Packet {
+    FrameView frame;
+    int in_port = kCpuPort; ///< chip port
+
+    // Set by parse.
+    MacAddress dst = 0, src = 0;
+    std::uint16_t ethertype = 0; ///< behind the outer tag
+    std::uint16_t tag = 0;       ///< the tag's lower half, if tagged
+    bool tagged = false;         ///< has an outer 802.1Q tag, be it for VLAN 0
+    Cast cast = Cast::kUnicast;
+
+    // Set by VLAN assignment.
+    int vid = 0;
+    int priority = 0;
+    const Vlan* vlan = nullptr;
+
+    bool bpdu = false; ///< to a reserved bridge group address, which the port traps
+    StpState stp = StpState::kForward;
+    Learning learning = Learning::kNone;
+    const MacEntry* source = nullptr;          ///< of the source address; null when unknown
+    const MacEntry* destination = nullptr;     ///< of the destination; null when unknown
+    FloodClass flood = FloodClass::kBroadcast; ///< meaningful unless unicast to a known address
+
+    PortSet out;        ///< ports to send to
+    PortSet untagged;   ///< of these, those that send without a tag
+    PortSet too_long;   ///< ports that would have sent a shorter frame
+    ReasonSet cpu = 0;  ///< why the CPU gets a copy; 0: it gets none
+    int cpu_reason = 0; ///< the first of them, a bcm_rx_reason_t
+    DropReason drop = DropReason::kNone;
+
+    Recorder* recorder = nullptr; ///< null unless traced
+
+    bool multicast() const { return cast != Cast::kUnicast; }
+    bool from_cpu() const { return in_port == kCpuPort; }
+    void copy_to_cpu(int reason)
+    {
+        cpu_reason = cpu == 0 ? reason : cpu_reason;
+        cpu |= reason_bit(reason);
+    }
+
+    /// Bytes without the outer tag.
+    std::size_t untagged_bytes() const { return frame.size() - (tagged ? kTagBytes : 0); }
+    /// What a port's frame_max is compared with: FCS counted, one tag not, when sent with the
+    /// VLAN's tag and without.
+    std::size_t tagged_size() const { return untagged_bytes() + 4; }
+    std::size_t untagged_size() const
+    {
+        return untagged_bytes() + 4 - (ethertype == kTagType ? kTagBytes : 0);
+    }
+};
+
+} // namespace vexosim

@@ -1,0 +1,73 @@
+#include "sim/pipeline/stages.h"
+
+#include "sim/pipeline/recorder.h"
+
+namespace vexosim {
+
+namespace {
+
+/// The frame's way, from top to bottom. VLANs by address, subnet and protocol belong into "VLAN";
+/// field lookup behind "learning"; routing in front of "destination"; storm control in front of
+/// "flooding"; the choice of a trunk's member behind it; mirroring at both ends.
+constexpr Stage kForwarding[] = {
+    {"port", stage::port},
+    {"parse", stage::parse},
+    {"frame size", stage::frame_size},
+    {"control frames", stage::control},
+    {"discard mode", stage::discard},
+    {"VLAN", stage::assign_vlan},
+    {"BPDU", stage::bpdu},
+    {"VLAN table", stage::check_vlan},
+    {"membership filter", stage::membership},
+    {"spanning tree", stage::spanning_tree},
+    {"source", stage::source},
+    {"learning", stage::learn},
+    {"destination", stage::look_up},
+    {"flooding", stage::flood},
+    {"CPU copy", stage::cpu_copy},
+    {"egress membership", stage::egress_membership},
+    {"egress spanning tree", stage::egress_spanning_tree},
+    {"egress port", stage::egress_port},
+    {"tagging", stage::tagging},
+    {"egress frame size", stage::egress_size},
+};
+
+constexpr Stage kDirect[] = {
+    {"parse", stage::parse},
+    {"egress port", stage::egress_port},
+    {"tagging", stage::own_tag},
+    {"egress frame size", stage::egress_size},
+};
+
+} // namespace
+
+std::span<const Stage> forwarding_stages()
+{
+    return kForwarding;
+}
+
+std::span<const Stage> direct_stages()
+{
+    return kDirect;
+}
+
+void run_stages(std::span<const Stage> stages, const Chip& chip, Packet& p)
+{
+    for (const Stage& stage : stages) {
+        if (p.recorder != nullptr) [[unlikely]]
+            p.recorder->enter(stage.name);
+        Step step = stage.run(chip, p);
+        if (step.kind == Step::Kind::kNext) [[likely]]
+            continue;
+        if (step.kind == Step::Kind::kDrop) {
+            p.out = {};
+            p.drop = step.reason;
+            explain(p, [&](const PortNames&) {
+                return std::string("dropped: ") + drop_text(step.reason);
+            });
+        }
+        return;
+    }
+}
+
+} // namespace vexosim

@@ -1,0 +1,60 @@
+/// @file
+/// The stages of a frame's way through the chip. A stage reads the chip and writes the packet; what
+/// it decides takes effect when the frame's way has ended. So tracing a frame is running the same
+/// stages and leaving out the effects.
+#pragma once
+
+#include <span>
+
+#include "sim/pipeline/packet.h"
+
+namespace vexosim {
+
+struct Stage {
+    const char* name;
+    Step (*run)(const Chip&, Packet&);
+};
+
+namespace stage {
+
+// What the port does before it looks at addresses.
+Step port(const Chip& chip, Packet& p);
+Step parse(const Chip& chip, Packet& p);
+Step frame_size(const Chip& chip, Packet& p);
+Step control(const Chip& chip, Packet& p);
+Step discard(const Chip& chip, Packet& p);
+
+// VLANs and spanning tree.
+Step assign_vlan(const Chip& chip, Packet& p);
+Step bpdu(const Chip& chip, Packet& p);
+Step check_vlan(const Chip& chip, Packet& p);
+Step membership(const Chip& chip, Packet& p);
+Step spanning_tree(const Chip& chip, Packet& p);
+
+// Addresses.
+Step source(const Chip& chip, Packet& p);
+Step learn(const Chip& chip, Packet& p);
+Step look_up(const Chip& chip, Packet& p);
+Step flood(const Chip& chip, Packet& p);
+Step cpu_copy(const Chip& chip, Packet& p);
+
+// Where the copies may leave, and how.
+Step egress_membership(const Chip& chip, Packet& p);
+Step egress_spanning_tree(const Chip& chip, Packet& p);
+Step egress_port(const Chip& chip, Packet& p);
+Step tagging(const Chip& chip, Packet& p);
+Step own_tag(const Chip& chip, Packet& p);
+Step egress_size(const Chip& chip, Packet& p);
+
+} // namespace stage
+
+/// All stages, in order.
+std::span<const Stage> forwarding_stages();
+/// What a frame meets that the CPU sends through ports of its choice: `p.out` and `p.untagged` are
+/// set before.
+std::span<const Stage> direct_stages();
+
+/// Takes a packet (its frame and in_port are set) through stages. Changes nothing but the packet.
+void run_stages(std::span<const Stage> stages, const Chip& chip, Packet& p);
+
+} // namespace vexosim
