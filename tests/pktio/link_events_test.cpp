@@ -9,6 +9,7 @@
 #include "pktio/receive.h"
 #include "platform/led.h"
 #include "platform/port_map.h"
+#include "tests/platform/port_tables.h"
 #include "vexosim/calls.h"
 #include "vexosim/clock.h"
 #include "vexosim/faults.h"
@@ -69,7 +70,12 @@ struct LinkEvents : testing::Test {
     {
         vexosim::use_manual_clock();
         vexosdk_create_sdk_instance();
-        self_slot_id = 1;
+        build_port_tables();
+        heard.clear();
+        heard_c.clear();
+        led_fails = false;
+        hw_util_dbg = 0;
+        vexosim::clear_faults();
         bcm_sdk->register_link_change_callback_c(on_link_c, nullptr);
         bcm_sdk->register_link_change_callback(on_link, nullptr);
         led_is_ours = true;

@@ -8,6 +8,7 @@
 #include "pktio/event_records.h"
 #include "pktio/receive.h"
 #include "platform/port_map.h"
+#include "tests/platform/port_tables.h"
 #include "vexosim/clock.h"
 
 namespace {
@@ -67,7 +68,10 @@ struct MacEvents : testing::Test {
     {
         vexosim::use_manual_clock();
         vexosdk_create_sdk_instance();
-        self_slot_id = 1;
+        build_port_tables();
+        heard.clear();
+        heard_c.clear();
+        class_form_first = true;
         bcm_sdk->register_mac_update_callback_c(on_mac_c, &own_cookie);
         bcm_sdk->register_mac_update_callback(on_mac, &own_cookie);
         count_before = vexolc::mac_entry_count();

@@ -11,6 +11,7 @@
 #include "pktio/event_records.h"
 #include "pktio/receive.h"
 #include "platform/port_map.h"
+#include "tests/platform/port_tables.h"
 #include "vexosim/clock.h"
 
 namespace {
@@ -88,7 +89,9 @@ struct Receive : testing::Test {
     {
         vexosim::use_manual_clock();
         vexosdk_create_sdk_instance();
-        self_slot_id = 1;
+        build_port_tables();
+        received.clear();
+        hw_util_dbg = 0;
         bcm_sdk->register_rx_packet_callback_c(on_packet_c, &own_cookie);
         bcm_sdk->register_rx_packet_callback(on_packet, &own_cookie);
     }
