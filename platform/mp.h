@@ -22,7 +22,7 @@ public:
 
     constexpr bool operator==(const Mp& other) const
     {
-        return module_ == other.module_ && port_ == other.port_;
+        return port_ == other.port_ && module_ == other.module_; // ports differ more often
     }
 
     /// Orders by module, then by port.
