@@ -1,6 +1,8 @@
 #include "sim/wire/interface.h"
 
 #include <fcntl.h>
+#include <linux/ethtool.h>
+#include <linux/sockios.h>
 #include <net/if.h>
 #include <sched.h>
 #include <sys/ioctl.h>
@@ -70,6 +72,20 @@ std::optional<unsigned> interface_flags(int socket, const std::string& name)
         return std::nullopt;
     }
     return static_cast<unsigned short>(req.ifr_flags);
+}
+
+// Asked this way the kernel first acts on link changes that it has only noted, so that an interface
+// that has just come up also takes frames. IFF_RUNNING lags behind.
+bool interface_has_link(int socket, const std::string& name)
+{
+    const unsigned flags = interface_flags(socket, name).value_or(0);
+    ethtool_value link{ETHTOOL_GLINK, 0};
+    ifreq req = request(name);
+    req.ifr_data = reinterpret_cast<char*>(&link);
+    if (::ioctl(socket, SIOCETHTOOL, &req) != 0) {
+        link.data = flags & IFF_RUNNING;
+    }
+    return (flags & IFF_UP) != 0 && link.data != 0;
 }
 
 bool bring_interface_up(int socket, const std::string& name)

@@ -11,6 +11,8 @@ std::string interface_name_error(const std::string& name);
 
 /// An interface's flags (IFF_...), asked through any socket of its namespace; empty when gone.
 std::optional<unsigned> interface_flags(int socket, const std::string& name);
+/// Whether an interface is up and sees its far end.
+bool interface_has_link(int socket, const std::string& name);
 /// Sets IFF_UP. False, with errno, when the system refuses.
 bool bring_interface_up(int socket, const std::string& name);
 

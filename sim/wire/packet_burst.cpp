@@ -108,9 +108,16 @@ std::size_t PacketBurst::send(int fd, std::span<const FrameView> frames)
         messages_[i].msg_hdr.msg_iovlen = 1;
     }
     std::size_t sent = 0;
+    // An interface that was down in the meantime has left an error that the first call only
+    // fetches.
+    bool fetched = false;
     for (std::size_t at = 0; at < frames.size();) {
         const auto left = static_cast<unsigned>(frames.size() - at);
         const int taken = ::sendmmsg(fd, &messages_[at], left, MSG_DONTWAIT);
+        if (taken < 0 && errno == ENETDOWN && !fetched) {
+            fetched = true;
+            continue;
+        }
         sent += taken > 0 ? static_cast<std::size_t>(taken) : 0;
         at += taken > 0 ? static_cast<std::size_t>(taken) : 1; // the one that was refused
     }

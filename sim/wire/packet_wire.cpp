@@ -64,7 +64,7 @@ std::string use(int fd, const std::string& name)
     if (!is_ethernet(fd, name)) {
         return "not an Ethernet interface";
     }
-    if (!configure(fd, static_cast<int>(index)) || !bring_interface_up(fd, name)) {
+    if (!bring_interface_up(fd, name) || !configure(fd, static_cast<int>(index))) {
         return std::strerror(errno);
     }
     return {};
@@ -116,8 +116,7 @@ void PacketWire::send(std::span<const FrameView> frames)
 
 bool PacketWire::carrier() const
 {
-    const unsigned flags = interface_flags(fd_.get(), name_).value_or(0);
-    return (flags & IFF_UP) != 0 && (flags & IFF_RUNNING) != 0;
+    return interface_has_link(fd_.get(), name_);
 }
 
 WireCounters PacketWire::counters() const
