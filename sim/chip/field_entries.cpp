@@ -61,7 +61,7 @@ int FieldTable::destroy_entry(int id)
 
 int FieldTable::install(int id)
 {
-    FieldEntry* entry = find(id);
+    FieldEntry* entry = entry_at(id);
     if (entry == nullptr)
         return BCM_E_NOT_FOUND;
     entry->installed = entry->rule;
@@ -70,7 +70,7 @@ int FieldTable::install(int id)
 
 int FieldTable::remove(int id)
 {
-    FieldEntry* entry = find(id);
+    FieldEntry* entry = entry_at(id);
     if (entry == nullptr)
         return BCM_E_NOT_FOUND;
     entry->installed.reset();
@@ -79,7 +79,7 @@ int FieldTable::remove(int id)
 
 int FieldTable::set_priority(int id, int priority)
 {
-    FieldEntry* entry = find(id);
+    FieldEntry* entry = entry_at(id);
     if (entry == nullptr)
         return BCM_E_NOT_FOUND;
     entry->priority = priority;
@@ -88,7 +88,7 @@ int FieldTable::set_priority(int id, int priority)
 
 int FieldTable::qualify(int id, const FieldMatch& match)
 {
-    FieldEntry* entry = find(id);
+    FieldEntry* entry = entry_at(id);
     if (entry == nullptr)
         return BCM_E_NOT_FOUND;
     if (!has_field(groups_.at(entry->group).set, match.field) || !is_valid(match))
@@ -106,7 +106,7 @@ int FieldTable::qualify(int id, const FieldMatch& match)
 
 int FieldTable::add_action(int id, const FieldAction& action)
 {
-    FieldEntry* entry = find(id);
+    FieldEntry* entry = entry_at(id);
     if (entry == nullptr)
         return BCM_E_NOT_FOUND;
     if (!is_valid(action))
@@ -120,7 +120,7 @@ int FieldTable::add_action(int id, const FieldAction& action)
 
 int FieldTable::delete_action(int id, int action)
 {
-    FieldEntry* entry = find(id);
+    FieldEntry* entry = entry_at(id);
     if (entry == nullptr)
         return BCM_E_NOT_FOUND;
     if (kind_of(action) == ActionKind::unknown)
@@ -134,7 +134,7 @@ int FieldTable::delete_action(int id, int action)
 
 int FieldTable::delete_all_actions(int id)
 {
-    FieldEntry* entry = find(id);
+    FieldEntry* entry = entry_at(id);
     if (entry == nullptr)
         return BCM_E_NOT_FOUND;
     entry->rule.actions.clear();
@@ -143,7 +143,7 @@ int FieldTable::delete_all_actions(int id)
 
 int FieldTable::create_counter(int id)
 {
-    FieldEntry* entry = find(id);
+    FieldEntry* entry = entry_at(id);
     if (entry == nullptr)
         return BCM_E_NOT_FOUND;
     if (entry->packets)
@@ -154,7 +154,7 @@ int FieldTable::create_counter(int id)
 
 int FieldTable::destroy_counter(int id)
 {
-    FieldEntry* entry = find(id);
+    FieldEntry* entry = entry_at(id);
     if (entry == nullptr || !entry->packets)
         return BCM_E_NOT_FOUND;
     entry->packets.reset();
@@ -178,7 +178,7 @@ const FieldEntry* FieldTable::find(int id) const
     return entry != entries_.end() ? &entry->second : nullptr;
 }
 
-FieldEntry* FieldTable::find(int id)
+FieldEntry* FieldTable::entry_at(int id)
 {
     const auto entry = entries_.find(id);
     return entry != entries_.end() ? &entry->second : nullptr;

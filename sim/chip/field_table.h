@@ -77,7 +77,7 @@ public:
     void digest(Digest& d) const;
 
 private:
-    FieldEntry* find(int id);
+    FieldEntry* entry_at(int id);
     int check_new_group(const FieldSet& set) const;
 
     FieldCapacity capacity_;

@@ -1,7 +1,5 @@
 #include "sim/sdk/l3_records.h"
 
-#include <algorithm>
-
 #include "sim/card/card.h"
 
 namespace vexosim {
@@ -9,14 +7,6 @@ namespace vexosim {
 IpAddress address_of(std::uint32_t flags, bcm_ip_t ip, const std::uint8_t* ip6)
 {
     return (flags & BCM_L3_IP6) != 0 ? IpAddress::from_ip6(ip6) : IpAddress::from_ip4(ip);
-}
-
-void store_address(const IpAddress& address, bcm_ip_t& ip, std::uint8_t* ip6)
-{
-    if (address.ip6)
-        std::copy(address.bytes.begin(), address.bytes.end(), ip6);
-    else
-        ip = address.ip4();
 }
 
 std::uint32_t flags_of(const IpAddress& address, const NextHop& hop)

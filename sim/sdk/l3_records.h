@@ -9,8 +9,6 @@ namespace vexosim {
 
 /// Family and address; IPv6 with BCM_L3_IP6.
 IpAddress address_of(std::uint32_t flags, bcm_ip_t ip, const std::uint8_t* ip6);
-/// Writes an address where its family belongs.
-void store_address(const IpAddress& address, bcm_ip_t& ip, std::uint8_t* ip6);
 
 /// The flags of an entry: its family and whether its egress is a trunk.
 std::uint32_t flags_of(const IpAddress& address, const NextHop& hop);

@@ -28,7 +28,8 @@ int bcmx_field_group_destroy(bcm_field_group_t group);
 
 /*
  * Entries. What is not installed does not act; remove takes an entry out of the chip and keeps it.
- * FULL; NOT_FOUND: no such group, no such entry.
+ * destroy
+ * takes its counter along. FULL; NOT_FOUND: no such group, no such entry.
  */
 int bcmx_field_entry_create(bcm_field_group_t group, bcm_field_entry_t* entry);
 int bcmx_field_entry_destroy(bcm_field_entry_t entry);

@@ -65,8 +65,9 @@ int bcmx_l3_intf_delete(bcmx_l3_intf_t* intf);
 int bcmx_l3_intf_delete_all(void);
 
 /*
- * Hosts, by address. EXISTS; NOT_FOUND; FULL; PARAM; PORT. find fills the record; delete_by_network
- * removes the hosts inside the route's network.
+ * Hosts, by address. EXISTS; NOT_FOUND, also of interface and trunk; FULL; PARAM; PORT. find fills
+ * the record; delete_by_network removes the hosts inside the route's network. To find nothing to
+ * remove is success, except by address.
  */
 int bcmx_l3_host_add(bcmx_l3_host_t* host);
 int bcmx_l3_host_find(bcmx_l3_host_t* host);

@@ -37,8 +37,8 @@ int bcmx_trunk_create_id(bcm_trunk_t tid);
 int bcmx_trunk_destroy(bcm_trunk_t tid);
 
 /*
- * Replaces members, criterion and designated ports. NOT_FOUND; PARAM: more than 8 members, a
- * criterion outside 1 to 6; PORT: no such port; RESOURCE: a port of another trunk.
+ * Replaces members, criterion and designated ports. NOT_FOUND; PARAM: no member or more than 8, a
+ * criterion outside 1 to 6; PORT: no such port, the CPU port; RESOURCE: a port of another trunk.
  */
 int bcmx_trunk_set(bcm_trunk_t tid, bcmx_trunk_add_info_t* info);
 
