@@ -44,10 +44,13 @@ std::string demangle(const char* name)
 std::string wording(const std::string& symbol)
 {
     std::string text = demangle(symbol.c_str());
-    for (const std::string t :
-         {"Mp", "StatCounter64", "StatCounter32", "BriefStatCounter64", "BriefStatCounter32"})
-        replace_all(text, "std::__cxx11::list<" + t + ", std::allocator<" + t + "> >",
-                    "list<" + t + ">");
+    for (const std::string type :
+         {"Mp", "StatCounter64", "StatCounter32", "BriefStatCounter64", "BriefStatCounter32"}) {
+        std::string allocator = ", std::allocator<";
+        allocator.append(type).append("> >");
+        replace_all(text, allocator, ">");
+    }
+    replace_all(text, "std::__cxx11::list<", "list<");
     replace_all(text,
                 "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >",
                 "string");

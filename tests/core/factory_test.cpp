@@ -1,6 +1,5 @@
 #include "core/factory.h"
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -35,14 +34,6 @@ __attribute__((noinline)) void operator delete(void* memory) noexcept
 __attribute__((noinline)) void operator delete(void* memory, std::size_t) noexcept
 {
     std::free(memory);
-}
-
-TEST(Factory, ExportsItsEntryPointsUnderTheirPlainNames)
-{
-    void* library = dlopen("libvexolc.so.0", RTLD_NOW | RTLD_NOLOAD);
-    for (const char* name : {"vexosdk_create_sdk_instance", "vexosdk_get_sdk_instance",
-                             "vexosdk_delete_sdk_instance", "bcm_sdk"})
-        EXPECT_NE(dlsym(library, name), nullptr) << name;
 }
 
 TEST(Factory, HasNoInstanceAtLoad)

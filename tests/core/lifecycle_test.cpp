@@ -20,7 +20,7 @@ std::string calls_of_create()
     vexosim::clear_calls();
     vexosim::log_calls(true);
     vexosdk_create_sdk_instance();
-    const std::string calls = vexosim::all_calls();
+    std::string calls = vexosim::all_calls();
     vexosim::clear_calls();
     return calls;
 }

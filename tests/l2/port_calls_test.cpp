@@ -12,7 +12,6 @@ namespace {
 
 const Mp port_5(0, 5);
 const Mp port_50(2, 50);
-const Mp cpu(3, 53);
 const Mp nowhere(1, 5);
 
 // Sets something on the port; `checked` when a port that does not exist is refused without a call.
