@@ -1,5 +1,7 @@
-// A port's physical properties: state, speed, duplex, pause, frame size and link. Most operations
-// are one SDK call and deliberately leave a bad port for the SDK to refuse.
+// A port's physical properties: state, speed, duplex, pause, jamming, frame size and link. Most
+// operations are one SDK call and deliberately leave a bad port for the SDK to refuse.
+#include <algorithm>
+
 #include <bcmx/l2.h>
 #include <bcmx/port.h>
 
@@ -88,6 +90,29 @@ bool VexoBcmSdk::get_port_pause(const Mp& port, unsigned& rx, unsigned& tx)
     int obeyed = 0;
     return ok(bcmx_port_pause_get(lport_of(port), &sent, &obeyed)) && store(rx, obeyed) &&
            store(tx, sent);
+}
+
+bool VexoBcmSdk::set_port_jaming(const Mp& port, bool enable)
+{
+    return ok(bcmx_port_jam_set(lport_of(port), enable));
+}
+
+bool VexoBcmSdk::get_port_jaming(const Mp& port, bool& enabled)
+{
+    int value = 0;
+    return ok(bcmx_port_jam_get(lport_of(port), &value)) && store(enabled, value == 1);
+}
+
+bool VexoBcmSdk::set_port_pause_addr(const Mp& port, const unsigned char* mac)
+{
+    bcm_mac_t address;
+    std::copy_n(mac, 6, address);
+    return ok(bcmx_port_pause_addr_set(lport_of(port), address));
+}
+
+bool VexoBcmSdk::get_port_pause_addr(const Mp& port, unsigned char (&mac)[6])
+{
+    return ok(bcmx_port_pause_addr_get(lport_of(port), mac));
 }
 
 bool VexoBcmSdk::set_port_mtu(const Mp& port, unsigned bytes)
