@@ -94,6 +94,11 @@ void render(std::string& text, Flags flags)
     text += buffer.data();
 }
 
+void render(std::string& text, Address address)
+{
+    text += address.address == 0 ? "null" : "pointer";
+}
+
 void render(std::string& text, Ip4 ip)
 {
     for (int shift = 24; shift >= 0; shift -= 8) {

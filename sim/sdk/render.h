@@ -10,6 +10,7 @@
 #include <bcmx/l3.h>
 #include <bcmx/lplist.h>
 #include <bcmx/trunk.h>
+#include <bde/linux_bde.h>
 
 #include <concepts>
 #include <cstdint>
@@ -41,6 +42,10 @@ struct Bytes {
 struct Flags {
     std::uint32_t bits;
 };
+/// A place in memory, which differs from run to run.
+struct Address {
+    std::uintptr_t address;
+};
 /// An IPv4 address.
 struct Ip4 {
     bcm_ip_t address;
@@ -65,11 +70,13 @@ void render(std::string& text, Ports ports);
 void render(std::string& text, Mac mac);
 void render(std::string& text, Bytes bytes);
 void render(std::string& text, Flags flags);
+void render(std::string& text, Address address);
 void render(std::string& text, Ip4 ip);
 void render(std::string& text, Handler handler);
 void render(std::string& text, Out out);
 void render(std::string& text, const char* string);
 void render(std::string& text, const void* cookie);
+void render(std::string& text, const linux_bde_bus_t* bus);
 void render(std::string& text, const bcm_rx_reasons_t& reasons);
 void render(std::string& text, const bcm_rx_chan_cfg_t& channel);
 void render(std::string& text, const bcm_rx_cfg_t* config);

@@ -62,6 +62,15 @@ void render(std::string& text, BitList list)
 
 } // namespace
 
+void render(std::string& text, const linux_bde_bus_t* bus)
+{
+    if (present(text, bus))
+        Record(text)
+            .field("be_pio", bus->be_pio)
+            .field("be_packet", bus->be_packet)
+            .field("be_other", bus->be_other);
+}
+
 void render(std::string& text, const bcm_rx_reasons_t& reasons)
 {
     text += "reasons:";
