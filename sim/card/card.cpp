@@ -1,12 +1,45 @@
 #include "sim/card/card.h"
 
+#include "sim/chip/chip.h"
+#include "sim/sdk/property.h"
+
 namespace vexosim {
 
-struct Chip {};
+namespace {
+
+PortSet xe_ports()
+{
+    const bcm_pbmp_t listed = unit_port_property(0, "pbmp_xport_xe", false);
+    PortSet xe;
+    for (const int port : PortSet::front())
+        xe.assign(port, BCM_PBMP_MEMBER(listed, port));
+    return xe;
+}
+
+} // namespace
 
 Card::Card() : chip_(std::make_unique<Chip>()) {}
 
 Card::~Card() = default;
+
+void Card::reset_chip()
+{
+    const std::uint64_t now = chip_->now_us;
+    chip_ = std::make_unique<Chip>();
+    chip_->now_us = now;
+    chip_->ports = PortTable(xe_ports());
+    if (profile.macs != chip_->macs.capacity())
+        chip_->macs = MacTable(profile.macs);
+    background.link_scan.reset();
+    background.l2_notifier.follow_table();
+}
+
+void Card::lose_chip()
+{
+    stage = Stage::absent;
+    ports.clear();
+    background.link_scan.reset();
+}
 
 Card& card()
 {
@@ -14,9 +47,18 @@ Card& card()
     return the_card;
 }
 
+ChipLock::ChipLock()
+{
+    card().chip_mutex.lock();
+    card().chip().now_us = card().clock.now_us();
+}
+
 ChipLock::~ChipLock()
 {
+    const bool events = card().chip().macs.has_events();
     card().chip_mutex.unlock();
+    if (events)
+        card().background.wake_for_events();
 }
 
 } // namespace vexosim

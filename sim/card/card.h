@@ -1,11 +1,13 @@
 #pragma once
 
-#include <atomic>
 #include <bcmx/lport.h>
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 
+#include "sim/card/background.h"
+#include "sim/card/clock.h"
 #include "sim/card/phys.h"
 #include "sim/card/port_map.h"
 #include "sim/card/properties.h"
@@ -38,18 +40,29 @@ public:
     Card& operator=(const Card&) = delete;
     ~Card();
 
-    Chip& chip() { return *chip_; } ///< only under the chip's lock
-
     Watch watch;
     Profile profile;
+    CardClock clock;
     PortMap ports;
     Properties properties;
     Registers registers;
-    Phys phys; ///< under the chip's lock
     std::atomic<std::size_t> lplists{0}, dma_buffers{0};
+    std::atomic<bool> core_started{false}, manager_started{false};
     std::atomic<bcmx_uport_create_callback_t> uport_create{nullptr};
+
+    /// The chip's lock. What follows is used under it.
     std::mutex chip_mutex;
-    Stage stage = Stage::absent; ///< under the chip's lock
+    Chip& chip() { return *chip_; }
+    Phys phys;
+    Stage stage = Stage::absent;
+    Background background;
+
+    /// Notes that the chip is at least this far up.
+    void reach(Stage reached) { stage = std::max(stage, reached); }
+    /// Puts the chip's tables to their defaults.
+    void reset_chip();
+    /// Unit 0 is gone, and its ports with it.
+    void lose_chip();
 
 private:
     std::unique_ptr<Chip> chip_;
@@ -58,10 +71,11 @@ private:
 /// The one card. It is never destroyed: SDK calls may come until the very end of the process.
 Card& card();
 
-/// Locks the chip. What was left for the SDK's threads to do is noticed when it ends.
+/// The chip, locked and with its time set. When it ends, the SDK's threads are told of what was
+/// left for them to do.
 class ChipLock {
 public:
-    ChipLock() { card().chip_mutex.lock(); }
+    ChipLock();
     ChipLock(const ChipLock&) = delete;
     ChipLock& operator=(const ChipLock&) = delete;
     ~ChipLock();

@@ -4,6 +4,7 @@
 #include "sim/card/card.h"
 #include "vexosim/calls.h"
 #include "vexosim/card.h"
+#include "vexosim/clock.h"
 #include "vexosim/faults.h"
 #include "vexosim/profile.h"
 
@@ -71,6 +72,31 @@ bool set_profile(const Profile& profile)
 const Profile& profile()
 {
     return card().profile;
+}
+
+void use_manual_clock()
+{
+    card().clock.make_manual();
+}
+
+bool manual_clock()
+{
+    return card().clock.manual();
+}
+
+std::chrono::microseconds now()
+{
+    return std::chrono::microseconds(card().clock.now_us());
+}
+
+void advance(std::chrono::microseconds duration)
+{
+    card().background.advance(duration);
+}
+
+void drain()
+{
+    card().background.drain();
 }
 
 bool attached()

@@ -25,4 +25,10 @@ void PortMap::create(int chip_port, int user_port)
     stored_[static_cast<std::size_t>(chip_port)] = (known ? user_port : kNoUserPort) - kNoLport;
 }
 
+void PortMap::clear()
+{
+    for (auto& row : stored_)
+        row = 0;
+}
+
 } // namespace vexosim

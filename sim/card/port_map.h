@@ -37,6 +37,9 @@ public:
     /// Gives a chip-local port a logical port, and what the driver says its user port is.
     void create(int chip_port, int user_port);
 
+    /// No port has a logical port any more.
+    void clear();
+
     static bool is_chip_port(int port) { return port >= 0 && port < kPorts; }
 
 private:

@@ -108,7 +108,7 @@ std::uint32_t read(int dev, std::uint32_t address)
 int write(int dev, std::uint32_t address, std::uint32_t data)
 {
     return local_call("bde.write", args(dev, Flags{address}, Flags{data}),
-                     [&] { return dev == 0 && card().registers.write(address, data) ? 0 : -1; });
+                      [&] { return dev == 0 && card().registers.write(address, data) ? 0 : -1; });
 }
 
 void* salloc(int dev, int size, const char* label)
@@ -143,7 +143,7 @@ int sinval(int dev, void* address, int length)
 int interrupt_connect(int dev, void (*handler)(void*), void* data)
 {
     return local_call("bde.interrupt_connect", args(dev, Handler{handler}, data),
-                     [&] { return present(dev) ? 0 : -1; });
+                      [&] { return present(dev) ? 0 : -1; });
 }
 
 int interrupt_disconnect(int dev)

@@ -134,9 +134,8 @@ extern "C" int soc_cm_get_id_driver(uint16_t device_id, uint8_t revision_id,
 {
     return gated(
         "soc_cm_get_id_driver", CallClass::chip,
-        args(Flags{device_id}, revision_id, Out{driver_device_id}, Out{driver_revision_id}), [&] {
-            return driver_ids(device_id, revision_id, driver_device_id, driver_revision_id);
-        });
+        args(Flags{device_id}, revision_id, Out{driver_device_id}, Out{driver_revision_id}),
+        [&] { return driver_ids(device_id, revision_id, driver_device_id, driver_revision_id); });
 }
 
 extern "C" int soc_cm_device_create(uint16_t device_id, uint8_t revision_id, void* cookie)

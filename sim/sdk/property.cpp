@@ -7,19 +7,9 @@
 #include <string>
 
 #include "sim/sdk/gate.h"
+#include "sim/sdk/property.h"
 
 namespace {
-
-using namespace vexosim;
-
-char* find(int unit, const char* name)
-{
-    if (unit < 0 || unit >= SOC_MAX_NUM_DEVICES || CMDEV(unit).initialised == 0 || name == nullptr)
-        return nullptr;
-    const std::string of_unit = std::string(name) + "." + std::to_string(unit);
-    char* const value = CMVEC(unit).config_var_get(&CMDEV(unit).dev, of_unit.c_str());
-    return value != nullptr ? value : CMVEC(unit).config_var_get(&CMDEV(unit).dev, name);
-}
 
 uint32_t number(const char* text, uint32_t default_value)
 {
@@ -57,8 +47,22 @@ bool parse(std::string text, bcm_pbmp_t& ports)
     return true;
 }
 
-bcm_pbmp_t port_set(const char* text, bool default_all)
+} // namespace
+
+namespace vexosim {
+
+char* unit_property(int unit, const char* name)
 {
+    if (unit < 0 || unit >= SOC_MAX_NUM_DEVICES || CMDEV(unit).initialised == 0 || name == nullptr)
+        return nullptr;
+    const std::string of_unit = std::string(name) + "." + std::to_string(unit);
+    char* const value = CMVEC(unit).config_var_get(&CMDEV(unit).dev, of_unit.c_str());
+    return value != nullptr ? value : CMVEC(unit).config_var_get(&CMDEV(unit).dev, name);
+}
+
+bcm_pbmp_t unit_port_property(int unit, const char* name, bool default_all)
+{
+    const char* const text = unit_property(unit, name);
     bcm_pbmp_t ports = {};
     if (text != nullptr && parse(text, ports))
         return ports;
@@ -68,21 +72,24 @@ bcm_pbmp_t port_set(const char* text, bool default_all)
     return ports;
 }
 
-} // namespace
+} // namespace vexosim
+
+using namespace vexosim;
 
 extern "C" char* soc_property_get_str(int unit, const char* name)
 {
-    return pointer_call("soc_property_get_str", args(unit, name), [&] { return find(unit, name); });
+    return pointer_call("soc_property_get_str", args(unit, name),
+                        [&] { return unit_property(unit, name); });
 }
 
 extern "C" uint32_t soc_property_get(int unit, const char* name, uint32_t default_value)
 {
     return sure_call("soc_property_get", CallClass::local, args(unit, name, default_value),
-                     [&] { return number(find(unit, name), default_value); });
+                     [&] { return number(unit_property(unit, name), default_value); });
 }
 
 extern "C" bcm_pbmp_t soc_property_get_pbmp(int unit, const char* name, int default_all)
 {
     return sure_call("soc_property_get_pbmp", CallClass::local, args(unit, name, default_all),
-                     [&] { return port_set(find(unit, name), default_all != 0); });
+                     [&] { return unit_port_property(unit, name, default_all != 0); });
 }

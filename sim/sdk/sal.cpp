@@ -75,9 +75,8 @@ extern "C" int sal_memory_check(uintptr_t address)
 
 extern "C" char* sal_config_get(const char* name)
 {
-    return pointer_call("sal_config_get", args(name), [&] {
-        return name == nullptr ? nullptr : card().properties.find(name);
-    });
+    return pointer_call("sal_config_get", args(name),
+                        [&] { return name == nullptr ? nullptr : card().properties.find(name); });
 }
 
 extern "C" int sal_config_set(const char* name, const char* value)

@@ -1,0 +1,77 @@
+#include "sim/card/background.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "sim/card/card.h"
+
+namespace vexosim {
+
+void Background::start()
+{
+    if (card().clock.manual() || started_.exchange(true))
+        return;
+    for (TaskThread& thread : threads_)
+        thread.start();
+    std::atexit([] { card().background.stop(); });
+}
+
+void Background::wake_some(std::size_t first)
+{
+    if (!started_.load(std::memory_order_relaxed))
+        return;
+    for (std::size_t i = first; i < threads_.size(); ++i)
+        threads_[i].wake();
+}
+
+void Background::stop()
+{
+    for (TaskThread& thread : threads_)
+        thread.stop();
+}
+
+Task* Background::due_task(std::uint64_t time_us)
+{
+    const auto due = [&](Task* task) { return task->due_us() <= time_us; };
+    const auto found = std::find_if(tasks_.begin(), tasks_.end(), due);
+    return found == tasks_.end() ? nullptr : *found;
+}
+
+std::uint64_t Background::next_due_us()
+{
+    std::uint64_t next = Task::kNever;
+    for (Task* const task : tasks_)
+        next = std::min(next, task->due_us());
+    return next;
+}
+
+void Background::run_due()
+{
+    const std::uint64_t now = card().clock.now_us();
+    while (Task* const task = due_task(now))
+        task->run();
+}
+
+void Background::drain()
+{
+    if (!card().clock.manual())
+        return;
+    link_scan.run();
+    run_due();
+}
+
+void Background::advance(std::chrono::microseconds duration)
+{
+    if (!card().clock.manual() || duration.count() < 0)
+        return;
+    const std::uint64_t until =
+        card().clock.now_us() + static_cast<std::uint64_t>(duration.count());
+    run_due();
+    for (std::uint64_t due = next_due_us(); due <= until; due = next_due_us()) {
+        card().clock.move_to(due);
+        run_due();
+    }
+    card().clock.move_to(until);
+}
+
+} // namespace vexosim
