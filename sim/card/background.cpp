@@ -16,12 +16,21 @@ void Background::start()
     std::atexit([] { card().background.stop(); });
 }
 
-void Background::wake_some(std::size_t first)
+Background::TaskSet Background::find_work()
 {
+    TaskSet found;
     if (!started_.load(std::memory_order_relaxed))
-        return;
-    for (std::size_t i = first; i < threads_.size(); ++i)
-        threads_[i].wake();
+        return found;
+    for (std::size_t i = 0; i < kTasks; ++i)
+        found[i] = tasks_[i]->plan();
+    return found;
+}
+
+void Background::wake(TaskSet tasks)
+{
+    for (std::size_t i = 0; i < kTasks; ++i)
+        if (tasks[i])
+            threads_[i].wake();
 }
 
 void Background::stop()
@@ -30,15 +39,17 @@ void Background::stop()
         thread.stop();
 }
 
-Task* Background::due_task(std::uint64_t time_us)
+Task* Background::due_task()
 {
-    const auto due = [&](Task* task) { return task->due_us() <= time_us; };
+    const ChipLock chip;
+    const auto due = [&](Task* task) { return task->due_us() <= chip->now_us; };
     const auto found = std::find_if(tasks_.begin(), tasks_.end(), due);
     return found == tasks_.end() ? nullptr : *found;
 }
 
 std::uint64_t Background::next_due_us()
 {
+    const ChipLock chip;
     std::uint64_t next = Task::kNever;
     for (Task* const task : tasks_)
         next = std::min(next, task->due_us());
@@ -47,8 +58,7 @@ std::uint64_t Background::next_due_us()
 
 void Background::run_due()
 {
-    const std::uint64_t now = card().clock.now_us();
-    while (Task* const task = due_task(now))
+    while (Task* const task = due_task())
         task->run();
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <array>
+#include <atomic>
+#include <bitset>
 #include <chrono>
-#include <mutex>
 
 #include "sim/card/l2_tasks.h"
 #include "sim/card/link_scan.h"
@@ -14,6 +15,9 @@ namespace vexosim {
 /// What the SDK does by itself, in the order in which it is done when several things are due.
 class Background {
 public:
+    static constexpr std::size_t kTasks = 4;
+    using TaskSet = std::bitset<kTasks>;
+
     LinkScan link_scan;
     L2Ageing l2_ageing;
     L2Notifier l2_notifier;
@@ -21,25 +25,25 @@ public:
 
     /// Gives the tasks their threads, unless the clock is manual.
     void start();
-    /// Has the tasks look again at when they are due.
-    void wake() { wake_some(0); }
-    /// The same for L2 notification and packet receive alone.
-    void wake_for_events() { wake_some(2); }
+    /// Tasks that are due earlier than their threads know. Under the chip's lock.
+    TaskSet find_work();
+    /// Has their threads look again. Without the chip's lock.
+    void wake(TaskSet tasks);
 
-    /// Manual clock: runs what is due until nothing is.
-    void run_due();
+    /// Manual clock: does a link scan, and runs what is due until nothing is.
     void drain();
+    /// Manual clock: moves time on, running what falls due.
     void advance(std::chrono::microseconds duration);
 
 private:
-    void wake_some(std::size_t first);
     void stop();
-    Task* due_task(std::uint64_t time_us);
+    void run_due();
+    Task* due_task();
     std::uint64_t next_due_us();
 
-    std::array<Task*, 4> tasks_{&link_scan, &l2_ageing, &l2_notifier, &receiver};
-    std::array<TaskThread, 4> threads_{TaskThread(link_scan), TaskThread(l2_ageing),
-                                       TaskThread(l2_notifier), TaskThread(receiver)};
+    std::array<Task*, kTasks> tasks_{&link_scan, &l2_ageing, &l2_notifier, &receiver};
+    std::array<TaskThread, kTasks> threads_{TaskThread(link_scan), TaskThread(l2_ageing),
+                                            TaskThread(l2_notifier), TaskThread(receiver)};
     std::atomic<bool> started_{false};
 };
 

@@ -55,10 +55,10 @@ ChipLock::ChipLock()
 
 ChipLock::~ChipLock()
 {
-    const bool events = card().chip().macs.has_events();
+    const Background::TaskSet work = card().background.find_work();
     card().chip_mutex.unlock();
-    if (events)
-        card().background.wake_for_events();
+    if (work.any()) [[unlikely]]
+        card().background.wake(work);
 }
 
 } // namespace vexosim

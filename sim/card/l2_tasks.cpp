@@ -15,7 +15,6 @@ void L2Ageing::start()
 
 std::uint64_t L2Ageing::due_us()
 {
-    const ChipLock chip;
     return running_ ? last_us_ + kPeriodUs : kNever;
 }
 
@@ -51,8 +50,7 @@ void L2Notifier::follow_table()
 
 std::uint64_t L2Notifier::due_us()
 {
-    const ChipLock chip;
-    return chip->macs.has_events() ? 0 : kNever;
+    return card().chip().macs.has_events() ? 0 : kNever;
 }
 
 void L2Notifier::run()

@@ -86,7 +86,6 @@ void LinkScan::reset()
 
 std::uint64_t LinkScan::due_us()
 {
-    const ChipLock chip;
     return running_ ? last_us_ + static_cast<std::uint64_t>(period_us_) : kNever;
 }
 

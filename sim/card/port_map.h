@@ -29,7 +29,14 @@ public:
     {
         return is_chip_port(chip_port) && row(chip_port) >= 0 ? row(chip_port) : -1;
     }
-    int chip_port_of_user(int user_port) const;
+    /// Chip-local port of a user port, -1 when there is none.
+    int chip_port_of_user(int user_port) const
+    {
+        if (!is_chip_port(user_port))
+            return -1;
+        const auto& stored = chip_port_of_[static_cast<std::size_t>(user_port)];
+        return stored.load(std::memory_order_relaxed) - 1;
+    }
 
     /// Whether any port has a logical port.
     bool any() const;
@@ -52,7 +59,8 @@ private:
         return stored.load(std::memory_order_relaxed) + kNoLport;
     }
 
-    std::array<std::atomic<int>, kPorts> stored_{}; // zero means kNoLport
+    std::array<std::atomic<int>, kPorts> stored_{};       // zero means kNoLport
+    std::array<std::atomic<int>, kPorts> chip_port_of_{}; // by user port, one above; 0 is none
 };
 
 } // namespace vexosim

@@ -4,19 +4,30 @@
 
 namespace vexosim {
 
+namespace {
+
+/// Microseconds until the task is due; kNever when nothing is to do.
+std::uint64_t wait_us(Task& task)
+{
+    const ChipLock chip;
+    task.plan();
+    const std::uint64_t due = task.due_us();
+    if (due == Task::kNever)
+        return Task::kNever;
+    return due > chip->now_us ? due - chip->now_us : 0;
+}
+
+} // namespace
+
 void TaskThread::start()
 {
-    const std::lock_guard lock(mutex_);
-    if (!stopping_ && !thread_.joinable())
-        thread_ = std::thread([this] { loop(); });
+    thread_ = std::thread([this] { loop(); });
 }
 
 void TaskThread::wake()
 {
     {
         const std::lock_guard lock(mutex_);
-        if (woken_)
-            return;
         woken_ = true;
     }
     changed_.notify_one();
@@ -29,8 +40,6 @@ void TaskThread::stop()
         stopping_ = true;
     }
     changed_.notify_one();
-    if (!thread_.joinable())
-        return;
     if (thread_.get_id() == std::this_thread::get_id())
         thread_.detach();
     else
@@ -39,33 +48,23 @@ void TaskThread::stop()
 
 void TaskThread::loop()
 {
-    for (;;) {
-        wait_until_due();
-        {
-            const std::lock_guard lock(mutex_);
-            if (stopping_)
-                return;
-        }
+    while (wait_until_due())
         task_.run();
-    }
 }
 
-void TaskThread::wait_until_due()
+bool TaskThread::wait_until_due()
 {
     for (;;) {
-        const std::uint64_t due = task_.due_us();
-        const std::uint64_t now = card().clock.now_us();
-        if (due <= now)
-            return;
+        const std::uint64_t wait = wait_us(task_);
         std::unique_lock lock(mutex_);
         const auto ready = [this] { return woken_ || stopping_; };
-        if (due == Task::kNever)
+        if (wait == Task::kNever)
             changed_.wait(lock, ready);
-        else
-            changed_.wait_for(lock, std::chrono::microseconds(due - now), ready);
+        else if (wait != 0)
+            changed_.wait_for(lock, std::chrono::microseconds(wait), ready);
         woken_ = false;
-        if (stopping_)
-            return;
+        if (stopping_ || wait == 0)
+            return !stopping_;
     }
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <mutex>
@@ -19,10 +18,23 @@ public:
     Task& operator=(const Task&) = delete;
     virtual ~Task() = default;
 
-    /// When there is something to do next: a time that has come means now.
+    /// When there is something to do next: a time that has come means now. Under the chip's lock.
     virtual std::uint64_t due_us() = 0;
     /// Does what is due.
     virtual void run() = 0;
+
+    /// Notes when the task is due.
+    /// @return whether that is earlier than it was. Under the chip's lock.
+    bool plan()
+    {
+        const std::uint64_t due = due_us();
+        const bool earlier = due < planned_us_;
+        planned_us_ = due;
+        return earlier;
+    }
+
+private:
+    std::uint64_t planned_us_ = kNever;
 };
 
 /// Runs a task whenever it is due, until stopped.
@@ -32,16 +44,16 @@ public:
     TaskThread(const TaskThread&) = delete;
     TaskThread& operator=(const TaskThread&) = delete;
 
-    /// Does nothing when it runs already, or was stopped.
     void start();
-    /// Has the task look again at when it is due. Cheap while it has not run since.
+    /// Has the thread look again at when the task is due.
     void wake();
     /// Waits until the task has returned, unless called by the task itself.
     void stop();
 
 private:
     void loop();
-    void wait_until_due();
+    /// @return false when the thread is to end.
+    bool wait_until_due();
 
     Task& task_;
     std::mutex mutex_;

@@ -22,8 +22,10 @@ std::uint64_t Chip::digest() const
     d.add(ports);
     d.add(flood_block);
     d.add(vlans);
+    d.add(vlan_rules);
     d.add(stgs);
     d.add(macs);
+    d.add(learn_limits);
     d.add(cpu);
     d.add(controls);
     d.add(trunks);

@@ -11,6 +11,7 @@
 #include "sim/chip/flood_block.h"
 #include "sim/chip/l3_forwarding_table.h"
 #include "sim/chip/l3_interface_table.h"
+#include "sim/chip/learn_limits.h"
 #include "sim/chip/mac_table.h"
 #include "sim/chip/mirror_table.h"
 #include "sim/chip/port_table.h"
@@ -18,6 +19,7 @@
 #include "sim/chip/stg_table.h"
 #include "sim/chip/switch_controls.h"
 #include "sim/chip/trunk_table.h"
+#include "sim/chip/vlan_rules.h"
 #include "sim/chip/vlan_table.h"
 #include "vexosim/drops.h"
 
@@ -30,8 +32,10 @@ struct Chip {
     PortTable ports;
     FloodBlock flood_block;
     VlanTable vlans;
+    VlanRules vlan_rules;
     StgTable stgs;
     MacTable macs;
+    LearnLimits learn_limits;
     CpuQueues cpu;
     SwitchControls controls;
     TrunkTable trunks;

@@ -21,15 +21,6 @@ int default_user_port(int chip_port)
     return chip_port == kCpuPort ? kCpuUserPort : chip_port - 1;
 }
 
-int check_attach(int unit)
-{
-    if (unit != 0 || card().stage < Stage::reachable)
-        return BCM_E_UNIT;
-    if (card().stage < Stage::initialised)
-        return BCM_E_INIT;
-    return card().stage == Stage::attached ? BCM_E_EXISTS : BCM_E_NONE;
-}
-
 void create_port(int chip_port, std::uint32_t flags)
 {
     const bcmx_uport_create_callback_t ask = card().uport_create;
@@ -44,8 +35,10 @@ int attach(int unit)
     PortSet xe;
     {
         const ChipLock chip;
-        if (const int rc = check_attach(unit); rc != BCM_E_NONE)
+        if (const int rc = check_unit(unit, Stage::initialised); rc != BCM_E_NONE)
             return rc;
+        if (card().stage == Stage::attached)
+            return BCM_E_EXISTS;
         xe = chip->ports.xe();
         card().stage = Stage::attached;
     }

@@ -60,6 +60,14 @@ auto sure_call(const char* name, CallClass kind, const Arguments<A...>& argument
     return body();
 }
 
+/// Under the chip's lock. UNIT: no such unit, or it cannot be reached; INIT: not far enough up.
+inline int check_unit(int unit, Stage needed)
+{
+    if (unit != 0 || card().stage < Stage::reachable)
+        return BCM_E_UNIT;
+    return card().stage < needed ? BCM_E_INIT : BCM_E_NONE;
+}
+
 /// A call to the chip of a unit that must have come up as far as `needed`.
 template <class... A, class Body>
 int unit_call(const char* name, int unit, Stage needed, const Arguments<A...>& arguments,
@@ -67,11 +75,8 @@ int unit_call(const char* name, int unit, Stage needed, const Arguments<A...>& a
 {
     return gated(name, CallClass::chip, arguments, [&]() -> int {
         const ChipLock chip;
-        if (unit != 0 || card().stage < Stage::reachable)
-            return BCM_E_UNIT;
-        if (card().stage < needed)
-            return BCM_E_INIT;
-        return body(*chip);
+        const int rc = check_unit(unit, needed);
+        return rc == BCM_E_NONE ? body(*chip) : rc;
     });
 }
 
