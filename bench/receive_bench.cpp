@@ -45,7 +45,7 @@ void deliver(benchmark::State& state)
     pkt.blk_count = 1;
     pkt.pkt_len = static_cast<uint16_t>(frame.size());
     seen = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         pkt.rx_port = static_cast<uint8_t>(pkt.rx_port % 53 + 1);
         if (vexo_recv_pkt(0, &pkt, nullptr) != BCM_RX_HANDLED)
             state.SkipWithError("a packet was not handled");

@@ -23,14 +23,12 @@ TEST_F(Vlan, CreatingAVlanPutsTheCpuPortIntoItTagged)
 
 TEST_F(Vlan, CreatingAnExistingVlanSucceedsAndStillAsksForTheCpuPort)
 {
-    for (const unsigned vid : {1u, 10u}) {
-        sdk.create_vlan(vid);
-        calls_made();
-        EXPECT_TRUE(sdk.create_vlan(vid));
-        const std::string number = std::to_string(vid);
-        EXPECT_EQ(calls_made(), "bcmx_vlan_create(" + number + ")\nbcmx_vlan_port_add(" + number +
-                                    ", [cpu], [])\n");
-    }
+    EXPECT_TRUE(sdk.create_vlan(1));
+    EXPECT_EQ(calls_made(), "bcmx_vlan_create(1)\nbcmx_vlan_port_add(1, [cpu], [])\n");
+    sdk.create_vlan(10);
+    calls_made();
+    EXPECT_TRUE(sdk.create_vlan(10));
+    EXPECT_EQ(calls_made(), "bcmx_vlan_create(10)\nbcmx_vlan_port_add(10, [cpu], [])\n");
 }
 
 TEST_F(Vlan, CreatingAVlanDoesNotDependOnTheCpuPort)
@@ -79,13 +77,17 @@ TEST_F(Vlan, OnlyTheLow16BitsOfAVlanIdAreUsed)
 
 unsigned asked_for = 0;
 
-struct Derived : VexoBcmSdk {
+// The driver's classes deliberately have no virtual destructor.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+struct Derived final : VexoBcmSdk {
     bool add_cpu_port_to_vlan(unsigned vid) override
     {
         asked_for = vid;
         return false;
     }
 };
+#pragma GCC diagnostic pop
 
 TEST_F(Vlan, CreatingAVlanCallsTheOverrideOfADerivedDriver)
 {

@@ -223,7 +223,7 @@ TEST_P(EitherTransmit, AnUntaggedPacketMustLeaveRoomForTheTag)
 
 TEST_P(EitherTransmit, APacketBelow16BytesIsRefused)
 {
-    for (const std::size_t size : {0, 1, 13, 14, 15}) {
+    for (const unsigned size : {0u, 1u, 13u, 14u, 15u}) {
         EXPECT_FALSE(send(untagged_frame(size))) << size;
         EXPECT_FALSE(send(tagged_frame(size))) << size;
     }
@@ -246,7 +246,7 @@ TEST_P(EitherTransmit, AnUntaggedPacketGetsATagOfVlan1AndZerosUpTo64Bytes)
 
 TEST_P(EitherTransmit, UntaggedPacketsOfAnySizeKeepTheirBytesAroundTheTag)
 {
-    for (const std::size_t size : {17, 59, 60, 61, 63, 64, 100, 1514}) {
+    for (const unsigned size : {17u, 59u, 60u, 61u, 63u, 64u, 100u, 1514u}) {
         EXPECT_TRUE(send(untagged_frame(size)));
         ASSERT_EQ(sent.size(), 1u);
         EXPECT_EQ(sent[0].frame, with_tag(untagged_frame(size))) << size;
@@ -255,13 +255,13 @@ TEST_P(EitherTransmit, UntaggedPacketsOfAnySizeKeepTheirBytesAroundTheTag)
 
 TEST_P(EitherTransmit, ATaggedPacketKeepsItsTagAndIsPadded)
 {
-    for (const std::size_t size : {16, 60, 63, 64, 65, 1518}) {
+    for (const unsigned size : {16u, 60u, 63u, 64u, 65u, 1518u}) {
         Bytes frame = tagged_frame(size);
         frame[14] = 0xe0; // priority 7, VLAN 10
         frame[15] = 0x0a;
         EXPECT_TRUE(send(frame));
         ASSERT_EQ(sent.size(), 1u);
-        frame.resize(std::max<std::size_t>(size, 64), 0);
+        frame.resize(std::max(size, 64u), 0);
         EXPECT_EQ(sent[0].frame, frame) << size;
     }
 }
