@@ -171,8 +171,8 @@ TEST_F(CardBetweenHosts, APortSwitchedOffIsALinkDownForItsHost)
 TEST_F(CardBetweenHosts, AHostThatGoesDownIsALinkDownForThePort)
 {
     const auto has_link = [&] {
-        bool up = false;
-        return sdk->get_port_link_state(Mp(0, kPortA), up) && up;
+        phy_state_t state = PHY_LINK_DOWN;
+        return sdk->get_port_phy_state(Mp(0, kPortA), state) && state == PHY_LINK_UP;
     };
     EXPECT_TRUE(comes_true(has_link));
     a->run("ip link set ta down");
