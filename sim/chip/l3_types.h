@@ -43,7 +43,7 @@ struct IpPrefix {
 
     bool contains(const IpAddress& address) const
     {
-        return address.ip6 == net.ip6 && address.masked(length) == net;
+        return address.masked(length) == net;
     }
 
     bool operator==(const IpPrefix&) const = default;
