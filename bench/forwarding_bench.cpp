@@ -117,4 +117,3 @@ BENCHMARK(FloodTo52);
 
 } // namespace
 
-BENCHMARK_MAIN();

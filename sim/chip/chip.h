@@ -48,6 +48,8 @@ struct Chip {
     CounterTable counters;
     DropCounters drops;
 
+    Chip() = default;
+
     /// Empty when frames and copies balance, else a line that says what does not.
     std::string check_conservation() const;
     /// Of everything that operator== compares.

@@ -67,6 +67,10 @@ struct PortCounters {
     void digest(Digest& d) const;
 };
 
+inline constexpr int kStatCount = 78;
+/// The SDK's name of a counter, 0 to 77.
+const char* stat_name(int counter);
+
 class CounterTable {
 public:
     PortCounters& operator[](int port) { return ports_[static_cast<std::size_t>(port)]; }

@@ -8,19 +8,22 @@
 
 namespace vexosim {
 
-int CpuReceive::queue_of(const Chip& chip, const Packet& p)
+void CpuReceive::choose_queue(const Chip& chip, Packet& p) const
 {
-    ReasonSet reasons = p.cpu | (p.ethertype == kArpType ? reason_bit(bcmRxReasonArp) : 0);
+    if (p.cpu == 0)
+        return;
+    if (p.ethertype == kArpType)
+        p.cpu |= reason_bit(bcmRxReasonArp);
     int by_priority = chip.ports[p.in_port].cos[static_cast<std::size_t>(p.priority)];
-    return chip.cpu.queue_of(reasons, p.priority, by_priority);
+    p.cpu_queue = chip.cpu.queue_of(p.cpu, p.priority, by_priority);
+    p.cpu_full = queues_[static_cast<std::size_t>(p.cpu_queue)].count == kQueueDepth;
+    if (p.cpu_full && p.drop == DropReason::kNone && p.out.empty())
+        p.drop = DropReason::cpu_queue_full;
 }
 
-bool CpuReceive::enqueue(const Chip& chip, const Packet& p)
+void CpuReceive::enqueue(const Packet& p)
 {
-    int queue = queue_of(chip, p);
-    Queue& q = queues_[static_cast<std::size_t>(queue)];
-    if (q.count == kQueueDepth)
-        return false;
+    Queue& q = queues_[static_cast<std::size_t>(p.cpu_queue)];
     if (q.ring.empty())
         q.ring.resize(kQueueDepth);
     CpuFrame& frame = q.ring[(q.first + q.count++) % kQueueDepth];
@@ -31,9 +34,8 @@ bool CpuReceive::enqueue(const Chip& chip, const Packet& p)
     frame.port = p.in_port;
     frame.vid = p.vid;
     frame.priority = p.priority;
-    frame.queue = queue;
+    frame.queue = p.cpu_queue;
     frame.came_untagged = !p.tagged;
-    return true;
 }
 
 std::size_t CpuReceive::waiting() const

@@ -50,10 +50,10 @@ public:
     int stop(bcm_rx_cfg_t* config);
     bool running() const { return running_; }
 
-    /// The queue of a packet that has a CPU copy.
-    static int queue_of(const Chip& chip, const Packet& p);
-    /// Queues a copy for the CPU. False when the queue is full.
-    bool enqueue(const Chip& chip, const Packet& p);
+    /// Decides about the CPU copy that the stages asked for: its queue, and whether there is room.
+    void choose_queue(const Chip& chip, Packet& p) const;
+    /// Queues the copy, after choose_queue() found room.
+    void enqueue(const Packet& p);
 
     std::size_t waiting() const;
     /// Takes the next frame that may be delivered now, from the highest queue first.

@@ -62,6 +62,8 @@ Step stage::tagging(const Chip&, Packet& p)
 /// What the CPU sends keeps the tag that it has.
 Step stage::own_tag(const Chip&, Packet& p)
 {
+    if (p.out.empty())
+        return drop(DropReason::no_destination);
     p.vid = p.tag & 0xfff;
     p.priority = p.tag >> 13;
     if (!p.tagged)

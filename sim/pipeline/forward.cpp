@@ -101,24 +101,24 @@ void count_lost_copies(Chip& chip, const Packet& p)
 }
 
 /// @return whether the CPU got its copy.
-bool send_to_cpu(Chip& chip, CpuReceive& cpu, Packet& p)
+bool send_to_cpu(Chip& chip, CpuReceive& cpu, const Packet& p)
 {
     if (p.cpu == 0)
         return false;
     ++chip.drops.copies_meant;
-    if (cpu.enqueue(chip, p)) {
-        ++chip.drops.copies_to_cpu;
-        return true;
+    if (p.cpu_full) {
+        ++chip.drops.copies[static_cast<std::size_t>(DropReason::cpu_queue_full)];
+        return false;
     }
-    ++chip.drops.copies[static_cast<std::size_t>(DropReason::cpu_queue_full)];
-    if (p.drop == DropReason::kNone)
-        p.drop = DropReason::cpu_queue_full;
-    return false;
+    cpu.enqueue(p);
+    ++chip.drops.copies_to_cpu;
+    return true;
 }
 
 /// Each frame ends here, once.
 void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
 {
+    cpu.choose_queue(chip, p);
     DropCounters& drops = chip.drops;
     std::uint64_t sent = static_cast<std::uint64_t>(p.out.count());
     ++drops.frames_in;

@@ -72,11 +72,13 @@ struct Packet {
     const MacEntry* destination = nullptr;     ///< of the destination; null when unknown
     FloodClass flood = FloodClass::kBroadcast; ///< meaningful unless unicast to a known address
 
-    PortSet out;        ///< ports to send to
-    PortSet untagged;   ///< of these, those that send without a tag
-    PortSet too_long;   ///< ports that would have sent a shorter frame
-    ReasonSet cpu = 0;  ///< why the CPU gets a copy; 0: it gets none
-    int cpu_reason = 0; ///< the first of them, a bcm_rx_reason_t
+    PortSet out;           ///< ports to send to
+    PortSet untagged;      ///< of these, those that send without a tag
+    PortSet too_long;      ///< ports that would have sent a shorter frame
+    ReasonSet cpu = 0;     ///< why the CPU gets a copy; 0: it gets none
+    int cpu_reason = 0;    ///< the first of them, a bcm_rx_reason_t
+    int cpu_queue = 0;     ///< where the copy waits
+    bool cpu_full = false; ///< it does not: the queue is full
     DropReason drop = DropReason::kNone;
 
     Recorder* recorder = nullptr; ///< null unless traced

@@ -2,34 +2,14 @@
 /// Writes down what the stages decide. Null while nobody watches, and then costs a branch.
 #pragma once
 
-#include <array>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "sim/chip/port_set.h"
+#include "sim/chip/port_names.h"
 #include "sim/pipeline/packet.h"
 
 namespace vexosim {
-
-/// The user port of each chip port, -1 where there is none.
-class PortNames {
-public:
-    /// Before the ports have user ports, chip ports name themselves.
-    PortNames();
-    void set(int chip_port, int user_port)
-    {
-        user_[static_cast<std::size_t>(chip_port)] = user_port;
-    }
-    int user(int chip_port) const { return user_[static_cast<std::size_t>(chip_port)]; }
-    /// "cpu", the user port's number, or "chip:5" for a port without one.
-    std::string name(int chip_port) const;
-    /// The ports' names by user port, as in "1-4,7"; "none" for no port.
-    std::string names(PortSet ports) const;
-
-private:
-    std::array<int, kPortCount> user_;
-};
 
 class Recorder {
 public:

@@ -9,7 +9,7 @@ namespace {
 /// The frame's way, from top to bottom. VLANs by address, subnet and protocol belong into "VLAN";
 /// field lookup behind "learning"; routing in front of "destination"; storm control in front of
 /// "flooding"; the choice of a trunk's member behind it; mirroring at both ends.
-constexpr Stage kForwarding[] = {
+constexpr PipelineStage kForwarding[] = {
     {"port", stage::port},
     {"parse", stage::parse},
     {"frame size", stage::frame_size},
@@ -32,7 +32,7 @@ constexpr Stage kForwarding[] = {
     {"egress frame size", stage::egress_size},
 };
 
-constexpr Stage kDirect[] = {
+constexpr PipelineStage kDirect[] = {
     {"parse", stage::parse},
     {"egress port", stage::egress_port},
     {"tagging", stage::own_tag},
@@ -41,19 +41,19 @@ constexpr Stage kDirect[] = {
 
 } // namespace
 
-std::span<const Stage> forwarding_stages()
+std::span<const PipelineStage> forwarding_stages()
 {
     return kForwarding;
 }
 
-std::span<const Stage> direct_stages()
+std::span<const PipelineStage> direct_stages()
 {
     return kDirect;
 }
 
-void run_stages(std::span<const Stage> stages, const Chip& chip, Packet& p)
+void run_stages(std::span<const PipelineStage> stages, const Chip& chip, Packet& p)
 {
-    for (const Stage& stage : stages) {
+    for (const PipelineStage& stage : stages) {
         if (p.recorder != nullptr) [[unlikely]]
             p.recorder->enter(stage.name);
         Step step = stage.run(chip, p);

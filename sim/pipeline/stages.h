@@ -10,7 +10,7 @@
 
 namespace vexosim {
 
-struct Stage {
+struct PipelineStage {
     const char* name;
     Step (*run)(const Chip&, Packet&);
 };
@@ -49,12 +49,12 @@ Step egress_size(const Chip& chip, Packet& p);
 } // namespace stage
 
 /// All stages, in order.
-std::span<const Stage> forwarding_stages();
+std::span<const PipelineStage> forwarding_stages();
 /// What a frame meets that the CPU sends through ports of its choice: `p.out` and `p.untagged` are
 /// set before.
-std::span<const Stage> direct_stages();
+std::span<const PipelineStage> direct_stages();
 
 /// Takes a packet (its frame and in_port are set) through stages. Changes nothing but the packet.
-void run_stages(std::span<const Stage> stages, const Chip& chip, Packet& p);
+void run_stages(std::span<const PipelineStage> stages, const Chip& chip, Packet& p);
 
 } // namespace vexosim

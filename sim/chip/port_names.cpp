@@ -1,6 +1,7 @@
-#include "sim/pipeline/recorder.h"
+#include "sim/chip/port_names.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace vexosim {
 

@@ -1,0 +1,143 @@
+#include "sim/chip/tables_as_text.h"
+
+#include <algorithm>
+
+#include "sim/chip/text.h"
+
+namespace vexosim {
+
+namespace {
+
+using Row = std::vector<std::string>;
+
+std::string number(std::uint64_t value)
+{
+    return std::to_string(value);
+}
+
+/// Chip ports by user port; those without one behind, the CPU port last.
+std::vector<int> ports_in_order(const PortNames& names)
+{
+    std::vector<int> ports;
+    for (int port : PortSet::front())
+        ports.push_back(port);
+    std::ranges::stable_sort(
+        ports, {}, [&](int port) { return names.user(port) < 0 ? kPortCount : names.user(port); });
+    ports.push_back(kCpuPort);
+    return ports;
+}
+
+const char* discard_name(DiscardMode mode)
+{
+    static constexpr std::array<const char*, 4> kNames = {"none", "all", "untagged", "tagged"};
+    return kNames[static_cast<std::size_t>(mode)];
+}
+
+std::string learn_name(std::uint8_t flags)
+{
+    std::string name;
+    for (int bit = 0; bit < 3; ++bit) {
+        static constexpr std::array<const char*, 3> kNames = {"learn", "cpu", "forward"};
+        if ((flags >> bit & 1) != 0)
+            name += (name.empty() ? "" : "+") + std::string(kNames[static_cast<std::size_t>(bit)]);
+    }
+    return name.empty() ? "none" : name;
+}
+
+std::string entry_kind(const MacEntry& entry)
+{
+    return entry.is_static() ? "static" : "learned";
+}
+
+std::string entry_place(const MacEntry& entry, const PortNames& names)
+{
+    return entry.on_trunk() ? "trunk " + std::to_string(entry.trunk) : names.name(entry.port);
+}
+
+} // namespace
+
+TextTable ports_table(const Chip& chip, const PortNames& names)
+{
+    TextTable table{{"port", "admin", "link", "speed", "duplex", "autoneg", "pvid", "frame_max",
+                     "learning", "discard", "stp"},
+                    {}};
+    for (int port : ports_in_order(names)) {
+        const PortConfig& c = chip.ports[port];
+        table.rows.push_back({names.name(port), c.enable ? "up" : "down",
+                              chip.ports.link().test(port) ? "up" : "down", std::to_string(c.speed),
+                              c.duplex_full ? "full" : "half", c.autoneg ? "on" : "off",
+                              std::to_string(c.pvid), std::to_string(c.frame_max),
+                              learn_name(c.learn), discard_name(c.discard),
+                              stp_state_name(chip.stgs.state(StgTable::kDefaultGroup, port))});
+    }
+    return table;
+}
+
+TextTable vlans_table(const Chip& chip, const PortNames& names)
+{
+    TextTable table{{"vlan", "tagged", "untagged"}, {}};
+    for (int vid = 1; vid < kVlanIds; ++vid) {
+        const Vlan& vlan = chip.vlans[vid];
+        if (vlan.exists)
+            table.rows.push_back({std::to_string(vid), names.names(vlan.members - vlan.untagged),
+                                  names.names(vlan.untagged)});
+    }
+    return table;
+}
+
+TextTable fdb_table(const Chip& chip, const PortNames& names)
+{
+    TextTable table{{"vlan", "mac", "port", "kind"}, {}};
+    for (const MacEntry& entry : chip.macs.snapshot())
+        table.rows.push_back({std::to_string(entry.vid()), mac_text(entry.mac()),
+                              entry_place(entry, names), entry_kind(entry)});
+    return table;
+}
+
+TextTable counters_table(const Chip& chip, const PortNames& names)
+{
+    TextTable table{{"port", "in_frames", "in_octets", "in_discards", "in_errors", "out_frames",
+                     "out_octets", "out_discards"},
+                    {}};
+    for (int port : ports_in_order(names)) {
+        const PortCounters& c = chip.counters[port];
+        Row values = {number(c.in.frames()),  number(c.in.octets),
+                      number(c.in_discards),  number(c.in_undersize + c.in_oversize),
+                      number(c.out.frames()), number(c.out.octets),
+                      number(c.out_discards)};
+        if (std::ranges::all_of(values, [](const std::string& v) { return v == "0"; }))
+            continue;
+        values.insert(values.begin(), names.name(port));
+        table.rows.push_back(values);
+    }
+    return table;
+}
+
+TextTable port_counters_table(const Chip& chip, int chip_port)
+{
+    TextTable table{{"counter", "value"}, {}};
+    for (int counter = 0; is_chip_port(chip_port) && counter < kStatCount; ++counter) {
+        std::uint64_t value = chip.counters[chip_port].stat(counter);
+        if (value != 0)
+            table.rows.push_back({stat_name(counter), number(value)});
+    }
+    return table;
+}
+
+TextTable drops_table(const Chip& chip)
+{
+    const DropCounters& d = chip.drops;
+    TextTable table{{"what", "frames", "copies", "why"}, {}};
+    table.rows.push_back({"in", number(d.frames_in), number(d.copies_meant), ""});
+    table.rows.push_back(
+        {"delivered", number(d.frames_delivered), number(d.copies_sent + d.copies_to_cpu), ""});
+    for (std::size_t i = 1; i < kDropReasons; ++i) {
+        auto reason = static_cast<DropReason>(i);
+        if (d.frames[i] != 0 || d.copies[i] != 0)
+            table.rows.push_back(
+                {drop_name(reason), number(d.frames[i]), number(d.copies[i]), drop_text(reason)});
+    }
+    return table;
+}
+
+} // namespace vexosim

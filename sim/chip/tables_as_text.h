@@ -1,0 +1,18 @@
+/// @file
+/// The chip's tables as text.
+#pragma once
+
+#include "sim/chip/chip.h"
+#include "sim/chip/port_names.h"
+#include "vexosim/state.h"
+
+namespace vexosim {
+
+TextTable ports_table(const Chip& chip, const PortNames& names);
+TextTable vlans_table(const Chip& chip, const PortNames& names);
+TextTable fdb_table(const Chip& chip, const PortNames& names);
+TextTable counters_table(const Chip& chip, const PortNames& names);
+TextTable port_counters_table(const Chip& chip, int chip_port);
+TextTable drops_table(const Chip& chip);
+
+} // namespace vexosim

@@ -1,0 +1,38 @@
+/// @file
+/// The card's state as tables of text, in user port numbers.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace vexosim {
+
+/// Texts in rows. The first column of a table says what the row is about.
+struct TextTable {
+    std::vector<std::string> columns;
+    std::vector<std::vector<std::string>> rows;
+
+    /// The column heads and the rows, in columns of equal width; numbers stand to the right.
+    std::string text() const;
+};
+
+/// One row for each port, by user port; the CPU port last.
+TextTable ports_table();
+/// One row for each VLAN.
+TextTable vlans_table();
+/// One row for each MAC entry, by VLAN and address.
+TextTable fdb_table();
+/// Frames, octets and discards of the ports that have counted any.
+TextTable counters_table();
+/// The SDK's counters of one port that are not 0, by name. Empty for a port that is none.
+TextTable port_counters_table(int user_port);
+/// Frames and copies that went nowhere, by reason; reasons that occurred only. The first rows say
+/// how many frames came and were delivered.
+TextTable drops_table();
+
+/// A digest of the chip's whole state: equal before and after what changes nothing.
+std::string state_digest();
+/// Empty when every frame, and every copy, is accounted for; else what is not.
+std::string check_conservation();
+
+} // namespace vexosim

@@ -1,0 +1,88 @@
+#include "sim/pipeline/trace.h"
+
+#include <algorithm>
+
+#include "sim/pipeline/stages.h"
+
+namespace vexosim {
+
+namespace {
+
+std::string cpu_result(const Packet& p)
+{
+    std::string text = std::string("to the CPU (") + rx_reason_name(p.cpu_reason) + ", queue " +
+                       std::to_string(p.cpu_queue) + ")";
+    return p.cpu_full ? "not " + text + ": " + drop_text(DropReason::cpu_queue_full) : text;
+}
+
+std::string result(const Packet& p, const PortNames& names)
+{
+    std::string text;
+    auto add = [&](const std::string& part) { text += (text.empty() ? "" : "; ") + part; };
+    PortSet untagged = p.out & p.untagged, tagged = p.out - p.untagged;
+    if (untagged.any())
+        add("untagged to " + names.names(untagged));
+    if (tagged.any())
+        add("tagged to " + names.names(tagged));
+    if (p.cpu != 0)
+        add(cpu_result(p));
+    bool lost = p.out.empty() && (p.cpu == 0 || p.cpu_full);
+    if (lost)
+        add(std::string("dropped, ") + drop_name(p.drop) + ": " + drop_text(p.drop));
+    return text;
+}
+
+std::string layout(const std::vector<Recorder::Line>& lines)
+{
+    std::size_t width = 0;
+    for (const Recorder::Line& line : lines)
+        width = std::max(width, line.stage.size());
+    std::string text, before;
+    for (const Recorder::Line& line : lines) {
+        std::string head = line.stage == before ? "" : line.stage;
+        text += head + std::string(width + 2 - head.size(), ' ') + line.text + "\n";
+        before = line.stage;
+    }
+    return text;
+}
+
+} // namespace
+
+const char* rx_reason_name(int reason)
+{
+    static constexpr std::array<const char*, bcmRxReasonCount> kNames = {
+        "none",           "ARP",
+        "BPDU",           "broadcast",
+        "unknown source", "unknown unicast",
+        "field entry",    "CPU's address",
+        "multicast",      "no route",
+        "bad IP header",  "L3 slow path",
+        "hop count"};
+    return kNames[static_cast<std::size_t>(reason)];
+}
+
+FrameTrace trace_frame(const Chip& chip, const CpuReceive& cpu, int chip_port, FrameView frame,
+                       const PortNames& names)
+{
+    Recorder recorder(names);
+    Packet p;
+    p.frame = frame;
+    p.in_port = chip_port;
+    p.recorder = &recorder;
+    run_stages(forwarding_stages(), chip, p);
+    cpu.choose_queue(chip, p);
+    recorder.enter("result");
+    recorder.note(result(p, names));
+
+    FrameTrace trace;
+    trace.lines = recorder.lines();
+    trace.tagged = p.out - p.untagged;
+    trace.untagged = p.out & p.untagged;
+    trace.too_long = p.too_long;
+    trace.to_cpu = p.cpu != 0 && !p.cpu_full;
+    trace.drop = p.out.any() || trace.to_cpu ? DropReason::kNone : p.drop;
+    trace.text = layout(trace.lines);
+    return trace;
+}
+
+} // namespace vexosim
