@@ -52,6 +52,9 @@ TEST_F(Vlan, CreatingAVlanTheChipCannotHaveFails)
 {
     for (const unsigned vid : {0u, 4095u, 4096u, 0x10000u})
         EXPECT_FALSE(sdk.create_vlan(vid)) << vid;
+    calls_made();
+    EXPECT_FALSE(sdk.create_vlan(0x1100a)); // 16 bits, not 12
+    EXPECT_EQ(calls_made(), "bcmx_vlan_create(4106)\n");
 }
 
 TEST_F(Vlan, OnlyTheLow16BitsOfAVlanIdAreUsed)

@@ -6,7 +6,7 @@
 #include <sal/core.h>
 
 #include <algorithm>
-#include <cstring>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -151,6 +151,11 @@ int lport(int user_port)
 }
 
 enum class How { from_cpu, by_ports };
+
+void PrintTo(How how, std::ostream* out)
+{
+    *out << (how == How::from_cpu ? "from the CPU" : "by ports");
+}
 
 struct Transmit : testing::Test {
     std::size_t lists_before = 0;
