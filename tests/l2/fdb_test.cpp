@@ -35,6 +35,10 @@ std::vector<Operation> operations()
          [](Sdk& sdk) { return sdk.add_mac_to_port(lag_5, host, 1, true); }},
         {"bcmx_l2_addr_delete(00:11:22:33:44:55, 1)\n", -7,
          [](Sdk& sdk) { return sdk.delete_mac(host, 0x10001); }},
+        {add + "0x20, mac=00:11:22:33:44:55, vid=1, port=cpu}, null)\n", -8,
+         [](Sdk& sdk) { return sdk.add_system_mac(host, 0x10001); }},
+        {"bcmx_l2_addr_delete_by_mac(00:11:22:33:44:55, 1)\n", -7,
+         [](Sdk& sdk) { return sdk.delete_mac_by_mac(host); }},
         {"bcmx_l2_addr_delete_by_port(5, 0)\n", 0,
          [](Sdk& sdk) { return sdk.clear_mac_by_port(port_5, false, false); }},
         {"bcmx_l2_addr_delete_by_port(5, 1)\n", 0,
@@ -104,6 +108,14 @@ TEST(Fdb, AddingAndDeletingTwiceSucceeds)
     EXPECT_TRUE(sdk.add_mac_to_port(port_5, host, 1, false));
     EXPECT_TRUE(sdk.delete_mac(host, 1));
     EXPECT_TRUE(sdk.delete_mac(host, 1));
+    EXPECT_TRUE(sdk.delete_mac_by_mac(host));
+}
+
+TEST(Fdb, AnAgeingTimeBelowZeroIsForTheChipToRefuse)
+{
+    VexoBcmSdk& sdk = driver_with_log();
+    EXPECT_FALSE(sdk.set_fdb_aging_time(-1));
+    EXPECT_EQ(calls_made(), "bcmx_l2_age_timer_set(-1)\n");
 }
 
 TEST(Fdb, TheAgeingTimeReadsAsItWasSet)

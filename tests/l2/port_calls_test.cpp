@@ -1,12 +1,7 @@
 // What the one-call operations on ports ask of the chip, and what they make of its answers.
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <string>
-#include <vector>
+#include "tests/l2/port_calls.h"
 
 #include "platform/port_map.h"
-#include "tests/l2/driver.h"
 
 namespace {
 
@@ -14,33 +9,7 @@ const Mp port_5(0, 5);
 const Mp port_50(2, 50);
 const Mp nowhere(1, 5);
 
-// Sets something on the port; `checked` when a port that does not exist is refused without a call.
-struct Setter {
-    std::string calls;
-    bool checked;
-    std::function<bool(VexoBcmSdk&, const Mp&)> act;
-};
-
-// Reads something of the port into `value`, which holds what was there before.
-struct Getter {
-    std::string calls;
-    bool checked;
-    std::function<bool(VexoBcmSdk&, const Mp&, long& value)> act;
-};
-
 using Sdk = VexoBcmSdk;
-
-// An operation whose only output is a `T`.
-template <class T>
-auto into(bool (VexoSdkBase::*get)(const Mp&, T&))
-{
-    return [get](Sdk& sdk, const Mp& port, long& value) {
-        T out = static_cast<T>(value);
-        const bool result = (sdk.*get)(port, out);
-        value = static_cast<long>(out);
-        return result;
-    };
-}
 
 std::vector<Setter> setters()
 {
@@ -181,74 +150,36 @@ std::vector<Getter> getters()
     };
 }
 
-const std::vector<int> failures = {-1,  -2,  -3,  -4,  -5,  -6,  -7,  -8,  -9,  -10,
-                                   -11, -12, -13, -14, -15, -16, -17, -18, -99, 1};
-
 } // namespace
 
 TEST(PortCalls, ASetterMakesItsCallAndSucceeds)
 {
-    VexoBcmSdk& sdk = driver_with_log();
-    for (const Setter& setter : setters()) {
-        EXPECT_TRUE(setter.act(sdk, port_5)) << setter.calls;
-        EXPECT_EQ(calls_made(), setter.calls);
-    }
+    expect_calls(driver_with_log(), setters());
 }
 
 TEST(PortCalls, ASetterIsFalseForEveryAnswerButSuccess)
 {
-    VexoBcmSdk& sdk = driver_with_log();
-    for (const Setter& setter : setters()) {
-        for (const int code : failures) {
-            const EveryCallAnswers answer(code);
-            EXPECT_FALSE(setter.act(sdk, port_5)) << setter.calls << code;
-        }
-    }
+    expect_failures(driver_with_log(), setters());
 }
 
 TEST(PortCalls, ASetterRefusesAPortThatDoesNotExist)
 {
-    VexoBcmSdk& sdk = driver_with_log();
-    for (const Setter& setter : setters()) {
-        EXPECT_FALSE(setter.act(sdk, nowhere)) << setter.calls;
-        EXPECT_EQ(calls_made().empty(), setter.checked) << setter.calls;
-    }
+    expect_refusals(driver_with_log(), setters());
 }
 
 TEST(PortCalls, AGetterMakesItsCallAndSucceeds)
 {
-    VexoBcmSdk& sdk = driver_with_log();
-    for (const Getter& getter : getters()) {
-        long value = 0;
-        EXPECT_TRUE(getter.act(sdk, port_5, value)) << getter.calls;
-        EXPECT_EQ(calls_made(), getter.calls);
-    }
+    expect_calls(driver_with_log(), getters());
 }
 
 TEST(PortCalls, AGetterThatFailsIsFalseAndLeavesItsOutputAlone)
 {
-    VexoBcmSdk& sdk = driver_with_log();
-    for (const Getter& getter : getters()) {
-        for (const int code : failures) {
-            const EveryCallAnswers answer(code);
-            for (const long before : {0L, 1L}) {
-                long value = before;
-                EXPECT_FALSE(getter.act(sdk, port_5, value)) << getter.calls << code;
-                EXPECT_EQ(value, before) << getter.calls << code;
-            }
-        }
-    }
+    expect_failures(driver_with_log(), getters());
 }
 
 TEST(PortCalls, AGetterRefusesAPortThatDoesNotExist)
 {
-    VexoBcmSdk& sdk = driver_with_log();
-    for (const Getter& getter : getters()) {
-        long value = 1;
-        EXPECT_FALSE(getter.act(sdk, nowhere, value)) << getter.calls;
-        EXPECT_EQ(value, 1) << getter.calls;
-        EXPECT_EQ(calls_made().empty(), getter.checked) << getter.calls;
-    }
+    expect_refusals(driver_with_log(), getters());
 }
 
 TEST(PortCalls, FloodBlockingRefusesAnEgressThatDoesNotExistWithoutACall)

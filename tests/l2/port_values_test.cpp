@@ -1,7 +1,10 @@
 // How the chip's values read at the interface. The SDK's getters are this file's own, so that the
 // chip can be made to say anything.
+#include <bcmx/cosq.h>
 #include <bcmx/port.h>
+#include <bcmx/rate.h>
 #include <bcmx/stg.h>
+#include <bcmx/switch.h>
 #include <gtest/gtest.h>
 
 #include <map>
@@ -97,6 +100,36 @@ int bcmx_stg_stp_get(bcm_stg_t, bcmx_lport_t, int* out)
     return give(out);
 }
 
+int bcmx_port_jam_get(bcmx_lport_t, int* out)
+{
+    return give(out);
+}
+int bcmx_port_bpdu_enable_get(bcmx_lport_t, int* out)
+{
+    return give(out);
+}
+int bcmx_port_learn_get(bcmx_lport_t, uint32_t* out)
+{
+    return give(out);
+}
+int bcmx_switch_control_get(bcm_switch_control_t, int* out)
+{
+    return give(out);
+}
+int bcmx_switch_control_port_get(bcmx_lport_t, bcm_switch_control_t, int* out)
+{
+    return give(out);
+}
+int bcmx_cosq_port_mapping_get(bcmx_lport_t, int, bcm_cos_queue_t* out)
+{
+    return give(out);
+}
+int bcmx_rate_bcast_get(int* out, int* flags, bcmx_lport_t)
+{
+    *flags = chip_value_2;
+    return give(out);
+}
+
 int bcmx_port_pause_get(bcmx_lport_t, int* tx, int* rx)
 {
     *rx = chip_value_2;
@@ -120,6 +153,67 @@ TEST(PortValues, AutonegotiationIsOnAtOneOnly)
     EXPECT_EQ(
         readings<bool>({0, 1, 2}, [](Sdk& s, bool& out) { return s.get_port_autoneg(port, out); }),
         (Map{{0, 0}, {1, 1}, {2, 0}}));
+}
+
+TEST(PortValues, OtherSwitchesAreOnAtOneOnlyButBpdusAtEveryValueButZero)
+{
+    const Map one_only = {{0, 0}, {1, 1}, {2, 0}, {-1, 0}};
+    const std::initializer_list<int> values = {0, 1, 2, -1};
+    EXPECT_EQ(
+        readings<bool>(values, [](Sdk& s, bool& out) { return s.get_port_jaming(port, out); }),
+        one_only);
+    EXPECT_EQ(readings<bool>(values,
+                             [](Sdk& s, bool& out) {
+                                 return s.get_port_switch_unknown_unicast_to_cpu(port, out);
+                             }),
+              one_only);
+    EXPECT_EQ(
+        readings<bool>(values,
+                       [](Sdk& s, bool& out) { return s.get_switch_unknown_unicast_to_cpu(out); }),
+        one_only);
+    EXPECT_EQ(readings<bool>(
+                  values, [](Sdk& s, bool& out) { return s.get_port_bpdu_processing(port, out); }),
+              (Map{{0, 0}, {1, 1}, {2, 1}, {-1, 1}}));
+}
+
+TEST(PortValues, APortIsUnlockedOnlyWhenItLearnsAndForwards)
+{
+    EXPECT_EQ(readings<bool>({0, 1, 2, 3, 4, 5, 6, 7},
+                             [](Sdk& s, bool& out) { return s.get_port_mac_lock(port, out); }),
+              (Map{{0, 1}, {1, 1}, {2, 1}, {3, 1}, {4, 1}, {5, 0}, {6, 1}, {7, 0}}));
+}
+
+TEST(PortValues, TheExtendedLockIsNotLearningAndTellsForwardingWhenLockedOnly)
+{
+    const auto from = [](bool before) {
+        return [before](Sdk& s, int& out) {
+            bool locked = before;
+            bool forward = before;
+            const bool done = s.get_port_mac_lock_ext(port, locked, forward);
+            out = (locked ? 2 : 0) + (forward ? 1 : 0);
+            return done;
+        };
+    };
+    EXPECT_EQ(readings<int>({0, 1, 2, 3, 4, 5, 6, 7}, from(true)),
+              (Map{{0, 2}, {1, 1}, {2, 2}, {3, 1}, {4, 3}, {5, 1}, {6, 3}, {7, 1}}));
+    EXPECT_EQ(readings<int>({0, 1, 2, 3, 4, 5, 6, 7}, from(false)),
+              (Map{{0, 2}, {1, 0}, {2, 2}, {3, 0}, {4, 3}, {5, 0}, {6, 3}, {7, 0}}));
+}
+
+TEST(PortValues, QueuesRatesAndTheForwardingModeAreUnchanged)
+{
+    const Map same = {{0, 0}, {7, 7}};
+    chip_value_2 = 0; // no class is limited: not looked at
+    EXPECT_EQ(readings<unsigned>(
+                  {0, 7}, [](Sdk& s, auto& out) { return s.get_port_cos_mapping(port, 3, out); }),
+              same);
+    EXPECT_EQ(
+        readings<unsigned>(
+            {0, 7}, [](Sdk& s, auto& out) { return s.get_port_broadcast_control(port, out); }),
+        same);
+    EXPECT_EQ(readings<unsigned>({0, 7},
+                                 [](Sdk& s, auto& out) { return s.get_switch_forward_mode(out); }),
+              same);
 }
 
 TEST(PortValues, FourSpeedsAreKnownAndOthersRefused)
