@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "sim/card/card.h"
+#include "vexosim/wire.h"
 
 namespace vexosim {
 
@@ -67,6 +68,7 @@ void Background::drain()
     if (!card().clock.manual())
         return;
     link_scan.run();
+    poll_wires();
     run_due();
 }
 

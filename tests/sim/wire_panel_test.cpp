@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "tests/sim/wire_captures.h"
+#include "vexosim/clock.h"
 
 using namespace vexosim;
 
@@ -194,6 +195,15 @@ TEST(WirePanel, PollingGoesOnUntilNoBurstIsLeft)
     }
     EXPECT_EQ(poll_wires(), 200U);
     EXPECT_EQ(arrivals.batches, 4);
+}
+
+TEST(WirePanel, DrainingWithTheManualClockPolls)
+{
+    Arrivals arrivals;
+    use_manual_clock();
+    plug(3).push(frame(1));
+    drain();
+    EXPECT_EQ(arrivals.text, "3:1 ");
 }
 
 TEST(WirePanel, TheThreadDeliversInOrderAndPollingThenDoesNothing)

@@ -18,8 +18,9 @@ std::chrono::microseconds now();
 /// Manual clock: moves time on, doing everything that falls due meanwhile, in order.
 void advance(std::chrono::microseconds duration);
 
-/// Manual clock: does what is pending now, until nothing is: a link scan, L2 notifications, packets
-/// for the CPU as far as rate limits let them through. With threads: does nothing.
+/// Manual clock: does what is pending now, until nothing is: a link scan, frames that wait at live
+/// wires, L2 notifications, packets for the CPU as far as rate limits let them through. With
+/// threads: does nothing.
 void drain();
 
 } // namespace vexosim

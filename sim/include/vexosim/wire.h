@@ -16,10 +16,9 @@
 #include <string>
 #include <vector>
 
-namespace vexosim {
+#include "vexosim/frame.h"
 
-/// The bytes of one frame, from the destination address on, FCS excluded.
-using FrameView = std::span<const std::uint8_t>;
+namespace vexosim {
 
 /// Frames received together, in order, and the memory they lie in. Reused from burst to burst.
 class FrameBatch {
