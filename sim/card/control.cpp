@@ -60,6 +60,11 @@ unsigned long faults_hit()
     return card().watch.faults().hits();
 }
 
+std::vector<std::string> faulted_calls()
+{
+    return card().watch.faults().hit_calls();
+}
+
 bool set_profile(const Profile& profile)
 {
     const ChipLock lock;

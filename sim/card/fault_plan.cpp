@@ -7,7 +7,9 @@ namespace vexosim {
 
 bool FaultPlan::Armed::fires(std::string_view name)
 {
-    if (!fault.call.empty() && fault.call != name)
+    const bool matches =
+        fault.call.empty() ? !fault.spare.contains(std::string(name)) : fault.call == name;
+    if (!matches)
         return false;
     ++seen;
     return seen == fault.nth || (fault.sticky && seen > fault.nth);
@@ -25,6 +27,7 @@ void FaultPlan::clear()
     armed_.clear();
     calls_ = 0;
     hits_ = 0;
+    hit_calls_.clear();
 }
 
 bool FaultPlan::empty() const
@@ -43,7 +46,11 @@ std::optional<int> FaultPlan::on_call(std::string_view name)
         if (armed.fires(name) && !code)
             code = fault.do_nothing ? std::max(fault.code, 0) : fault.code;
     }
-    hits_ += code ? 1 : 0;
+    if (!code)
+        return code;
+    ++hits_;
+    if (std::find(hit_calls_.begin(), hit_calls_.end(), name) == hit_calls_.end())
+        hit_calls_.emplace_back(name);
     return code;
 }
 
@@ -57,6 +64,12 @@ unsigned long FaultPlan::hits() const
 {
     const std::lock_guard lock(mutex_);
     return hits_;
+}
+
+std::vector<std::string> FaultPlan::hit_calls() const
+{
+    const std::lock_guard lock(mutex_);
+    return hit_calls_;
 }
 
 } // namespace vexosim

@@ -2,6 +2,7 @@
 
 #include <mutex>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -22,6 +23,8 @@ public:
 
     unsigned long calls() const;
     unsigned long hits() const;
+    /// Names of the calls that were hit, each once.
+    std::vector<std::string> hit_calls() const;
 
 private:
     struct Armed {
@@ -35,6 +38,7 @@ private:
     std::vector<Armed> armed_;
     unsigned long calls_ = 0;
     unsigned long hits_ = 0;
+    std::vector<std::string> hit_calls_;
 };
 
 } // namespace vexosim

@@ -3,16 +3,19 @@
 /// Calls without a result code cannot fail; those that return a pointer fail with null.
 #pragma once
 
+#include <set>
 #include <string>
+#include <vector>
 
 namespace vexosim {
 
 struct Fault {
-    std::string call;        ///< name of the SDK function; empty: any that can fail
+    std::string call = {};   ///< name of the SDK function; empty: any that can fail
     unsigned nth = 1;        ///< which of the matching calls from now on, 1 is the next
     bool sticky = false;     ///< also every matching call after it
     int code = -1;           ///< what it reports, any value
     bool do_nothing = false; ///< reports success (0, or a larger `code`) without doing anything
+    std::set<std::string> spare = {}; ///< with an empty `call`: functions that do not match
 };
 
 /// Adds a fault. Of several that hit the same call the oldest wins; each counts on its own.
@@ -23,5 +26,7 @@ void clear_faults();
 unsigned long gated_calls();
 /// Calls that were made to fail since clear_faults().
 unsigned long faults_hit();
+/// Their names, in order; each name once.
+std::vector<std::string> faulted_calls();
 
 } // namespace vexosim
