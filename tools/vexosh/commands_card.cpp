@@ -1,0 +1,189 @@
+#include <chrono>
+#include <map>
+#include <thread>
+
+#include "tools/vexosh/shell.h"
+#include "vexosim/calls.h"
+#include "vexosim/clock.h"
+#include "vexosim/faults.h"
+#include "vexosim/wire.h"
+
+namespace vexosh {
+namespace {
+
+using namespace std::chrono_literals;
+
+// Cables of memory ports, whose far end this program plays.
+std::map<int, vexosim::MemoryWire*>& memory_wires()
+{
+    static std::map<int, vexosim::MemoryWire*> wires;
+    return wires;
+}
+
+void throw_if(const std::string& error)
+{
+    if (!error.empty()) {
+        throw BadInput(error);
+    }
+}
+
+void attach_one(int port, const std::string& spec)
+{
+    if (spec != "mem") {
+        throw_if(vexosim::attach(port, spec));
+        return;
+    }
+    auto wire = std::make_unique<vexosim::MemoryWire>();
+    vexosim::MemoryWire* const raw = wire.get();
+    throw_if(vexosim::attach(port, std::move(wire)));
+    memory_wires()[port] = raw;
+}
+
+void attach(Shell&, Words& words)
+{
+    do {
+        const std::string pair = words.next("PORT=WIRE");
+        const std::size_t equals = pair.find('=');
+        if (equals == std::string::npos) {
+            words.usage_error("'" + pair + "' is not PORT=WIRE");
+        }
+        for (int port : parse_user_ports(std::string_view(pair).substr(0, equals))) {
+            attach_one(port, pair.substr(equals + 1));
+        }
+    } while (!words.empty());
+}
+
+void detach(Shell&, Words& words)
+{
+    const auto ports = parse_user_ports(words.next("PORTS"));
+    words.end();
+    for (int port : ports) {
+        throw_if(vexosim::detach(port));
+        memory_wires().erase(port);
+    }
+}
+
+void link(Shell&, Words& words)
+{
+    const auto ports = parse_user_ports(words.next("PORTS"));
+    const bool up = parse_switch(words.next("up|down"), "link");
+    words.end();
+    for (int port : ports) {
+        const auto wire = memory_wires().find(port);
+        if (wire == memory_wires().end()) {
+            throw BadInput("port " + std::to_string(port) +
+                           " has no memory wire; other far ends go up and down by themselves");
+        }
+        wire->second->set_far_end(up);
+    }
+}
+
+std::chrono::microseconds parse_duration(const std::string& word)
+{
+    const std::size_t unit = word.find_first_not_of("0123456789");
+    const std::string_view name =
+        unit == std::string::npos ? "" : std::string_view(word).substr(unit);
+    const auto count = parse_number(word.substr(0, unit), "duration", 0, 1'000'000'000);
+    if (name == "us") {
+        return std::chrono::microseconds(count);
+    }
+    if (name == "ms") {
+        return std::chrono::milliseconds(count);
+    }
+    if (name == "s" || name.empty()) {
+        return std::chrono::seconds(count);
+    }
+    throw BadInput("bad duration '" + word + "': a number with us, ms or s is wanted");
+}
+
+void wait(Shell& shell, Words& words)
+{
+    const auto duration = parse_duration(words.next("DURATION"));
+    words.end();
+    if (!vexosim::manual_clock()) {
+        std::this_thread::sleep_for(duration);
+        return;
+    }
+    // In steps, so that what the manager does about an event happens near its time.
+    for (auto left = duration; left > 0us;) {
+        const auto step = std::min<std::chrono::microseconds>(left, 100ms);
+        vexosim::advance(step);
+        shell.session().settle();
+        left -= step;
+    }
+}
+
+void calls(Shell&, Words& words)
+{
+    const std::string what = words.next("on|off|clear");
+    words.end();
+    if (what == "clear") {
+        vexosim::clear_calls();
+        return;
+    }
+    vexosim::log_calls(parse_switch(what, "switch"));
+}
+
+void fault(Shell&, Words& words)
+{
+    if (words.take("clear")) {
+        words.end();
+        vexosim::clear_faults();
+        return;
+    }
+    vexosim::Fault fault;
+    fault.call = words.next("CALL");
+    fault.call = fault.call == "any" ? "" : fault.call;
+    fault.code = static_cast<int>(parse_number(words.next("CODE"), "code", -1000, 1000));
+    while (!words.empty()) {
+        if (words.take("nth")) {
+            fault.nth =
+                static_cast<unsigned>(parse_number(words.next("N"), "count", 1, 1'000'000'000));
+        } else if (words.take("sticky")) {
+            fault.sticky = true;
+        } else {
+            words.end();
+        }
+    }
+    fault.do_nothing = fault.code >= 0;
+    vexosim::inject(fault);
+}
+
+void events(Shell& shell, Words& words)
+{
+    const bool on = parse_switch(words.next("on|off"), "switch");
+    words.end();
+    shell.session().set_print_events(on);
+}
+
+void forwarding(Shell& shell, Words& words)
+{
+    const bool on = parse_switch(words.next("on|off"), "switch");
+    words.end();
+    shell.session().set_auto_forwarding(on);
+}
+
+constexpr Command kCommands[] = {
+    {"attach", "PORTS=WIRE ...", "plug ports in; WIRE is tap:NAME, veth:NAME, pcap:IN,OUT or mem",
+     attach},
+    {"detach", "PORTS", "unplug ports", detach},
+    {"link", "PORTS up|down", "the far end of a memory wire goes up or down", link},
+    {"forwarding", "on|off",
+     "whether ports that come up are put into forwarding (the driver leaves them blocking); on "
+     "at first",
+     forwarding},
+    {"wait", "DURATION", "let time pass: 5s, 250ms, 10us", wait},
+    {"events", "on|off", "print packets for the CPU and link changes as they come", events},
+    {"calls", "on|off|clear", "log the driver's SDK calls; `show calls` prints them", calls},
+    {"fault", "CALL CODE [nth N] [sticky] | clear",
+     "make an SDK call fail (or with 0, do nothing); CALL may be any", fault},
+};
+
+} // namespace
+
+std::span<const Command> card_commands()
+{
+    return kCommands;
+}
+
+} // namespace vexosh

@@ -1,0 +1,133 @@
+#include <iomanip>
+#include <map>
+
+#include "pktio/event_records.h"
+#include "tools/vexosh/capture_file.h"
+#include "tools/vexosh/frame_words.h"
+#include "tools/vexosh/shell.h"
+#include "vexosim/clock.h"
+#include "vexosim/ports.h"
+#include "vexosim/trace.h"
+#include "vexosim/wire.h"
+
+namespace vexosh {
+namespace {
+
+int front_port(const std::string& word)
+{
+    const int port = parse_user_port(word);
+    if (port >= 53) {
+        throw BadInput(
+            "a frame arrives at one of the ports 0 to 52; the CPU sends with `transmit`");
+    }
+    return port;
+}
+
+void inject(Shell&, Words& words)
+{
+    const int port = front_port(words.next("PORT"));
+    const Bytes frame = frame_from_words(words.rest());
+    vexosim::receive(port, frame);
+}
+
+void inject_capture(Shell& shell, Words& words)
+{
+    const int port = front_port(words.next("PORT"));
+    const Capture capture = read_capture(words.next("FILE"));
+    words.end();
+    for (const Bytes& frame : capture.frames) {
+        vexosim::receive(port, frame);
+        shell.session().settle();
+    }
+    shell.out() << capture.frames.size() << " frames arrived at port " << port << '\n';
+    if (!capture.notice.empty()) {
+        shell.out() << capture.notice << '\n';
+    }
+}
+
+void transmit(Shell& shell, Words& words)
+{
+    std::list<Mp> tagged;
+    std::list<Mp> untagged;
+    bool by_ports = false;
+    for (bool more = true; more;) {
+        more = false;
+        for (auto [name, ports] :
+             {std::pair{"tagged", &tagged}, std::pair{"untagged", &untagged}}) {
+            if (words.take(name)) {
+                ports->splice(ports->end(), parse_ports(words.next("PORTS")));
+                by_ports = more = true;
+            }
+        }
+    }
+    Packet packet;
+    packet.set_data(frame_from_words(words.rest()));
+    auto driver = shell.session().driver();
+    require(by_ports ? driver->send_packet_by_ports(tagged, untagged, packet)
+                     : driver->send_packet_from_cpu(packet),
+            "transmit");
+}
+
+void trace(Shell& shell, Words& words)
+{
+    const int port = front_port(words.next("PORT"));
+    shell.out() << vexosim::what_if(port, frame_from_words(words.rest()));
+}
+
+void replay(Shell& shell, Words& words)
+{
+    words.end();
+    const auto elapsed = [&shell](std::chrono::nanoseconds time) {
+        if (vexosim::manual_clock()) {
+            vexosim::advance(std::chrono::duration_cast<std::chrono::microseconds>(time));
+            shell.session().settle();
+        }
+    };
+    const vexosim::Replay result = vexosim::replay_captures(elapsed);
+    for (const std::string& notice : result.notices) {
+        shell.out() << notice << '\n';
+    }
+    shell.out() << result.frames << " frames replayed\n";
+}
+
+void show_capture(Shell& shell, Words& words)
+{
+    const Capture capture = read_capture(words.next("FILE"));
+    words.end();
+    std::map<std::string, std::size_t> kinds;
+    std::vector<const std::string*> order;
+    for (const Bytes& frame : capture.frames) {
+        const auto [kind, added] = kinds.emplace(describe_frame(frame), 0);
+        ++kind->second;
+        if (added) {
+            order.push_back(&kind->first);
+        }
+    }
+    for (const std::string* kind : order) {
+        shell.out() << std::setw(6) << kinds[*kind] << "  " << *kind << '\n';
+    }
+    shell.out() << capture.frames.size() << (capture.frames.size() == 1 ? " frame\n" : " frames\n");
+    if (!capture.notice.empty()) {
+        shell.out() << capture.notice << '\n';
+    }
+}
+
+constexpr Command kCommands[] = {
+    {"send", "PORT FRAME", "a frame arrives at a port; `help send` tells how frames are written",
+     inject},
+    {"send-file", "PORT FILE", "the frames of a capture arrive at a port", inject_capture},
+    {"transmit", "[tagged PORTS] [untagged PORTS] FRAME",
+     "the CPU sends a frame: to where the tables say, or out of the given ports", transmit},
+    {"trace", "PORT FRAME", "what would happen to a frame, stage by stage; nothing changes", trace},
+    {"replay", "", "play the attached captures to their ends", replay},
+    {"show capture", "FILE", "what is in a capture file, alike frames together", show_capture},
+};
+
+} // namespace
+
+std::span<const Command> frame_commands()
+{
+    return kCommands;
+}
+
+} // namespace vexosh

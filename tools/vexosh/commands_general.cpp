@@ -1,0 +1,120 @@
+#include <iostream>
+#include <thread>
+
+#include "tools/vexosh/call.h"
+#include "tools/vexosh/shell.h"
+
+namespace vexosh {
+namespace {
+
+void list_commands(std::ostream& out)
+{
+    std::size_t width = 0;
+    for (const Command* command : all_commands()) {
+        width = std::max(width, std::string_view(command->words).size());
+    }
+    for (const Command* command : all_commands()) {
+        std::string words = command->words;
+        words.resize(width, ' ');
+        out << "  " << words << "  " << command->help << '\n';
+    }
+    out << "Ports are user ports: 0 to 52, and cpu; lists read 1,4-6. `help COMMAND` says more.\n";
+}
+
+void help(Shell& shell, Words& words)
+{
+    if (words.empty()) {
+        list_commands(shell.out());
+        return;
+    }
+    std::string wanted;
+    for (const std::string& word : words.rest()) {
+        wanted += (wanted.empty() ? "" : " ") + word;
+    }
+    bool found = false;
+    for (const Command* command : all_commands()) {
+        const std::string_view begin = command->words;
+        if (begin == wanted || begin.starts_with(wanted + " ")) {
+            shell.out() << command->words << (*command->usage == '\0' ? "" : " ") << command->usage
+                        << "\n    " << command->help << '\n';
+            found = true;
+        }
+    }
+    if (!found) {
+        throw BadInput("no command '" + wanted + "'; help lists them all");
+    }
+}
+
+void call(Shell& shell, Words& words)
+{
+    const std::string name = words.next("OPERATION");
+    const Operation* operation = find_operation(name);
+    if (operation == nullptr) {
+        throw BadInput("no operation '" + name + "'; `operations` lists them all");
+    }
+    const std::vector<std::string> arguments = words.rest();
+    if (arguments.size() != operation->inputs) {
+        throw BadInput(name + " takes " + std::to_string(operation->inputs) +
+                       (operation->inputs == 1 ? " argument" : " arguments") + ", not " +
+                       std::to_string(arguments.size()) + "; usage: call " + name +
+                       operation->usage);
+    }
+    const CallResult result = operation->run(*shell.session().driver(), arguments);
+    for (const std::string& output : result.outputs) {
+        shell.out() << output << '\n';
+    }
+    if (!result.done) {
+        throw BadInput(name + " returned false");
+    }
+}
+
+void list_operations(Shell& shell, Words& words)
+{
+    const std::string part = words.empty() ? "" : words.next("PART");
+    words.end();
+    for (const Operation& operation : operations()) {
+        if (operation.name.find(part) != std::string::npos) {
+            shell.out() << operation.name << operation.usage << '\n';
+        }
+    }
+}
+
+void source(Shell& shell, Words& words)
+{
+    const std::string path = words.next("FILE");
+    words.end();
+    shell.run_script_file(path);
+}
+
+void echo(Shell& shell, Words& words)
+{
+    std::string line;
+    for (const std::string& word : words.rest()) {
+        line += (line.empty() ? "" : " ") + word;
+    }
+    shell.out() << line << '\n';
+}
+
+void quit(Shell& shell, Words& words)
+{
+    words.end();
+    shell.finish();
+}
+
+constexpr Command kCommands[] = {
+    {"call", "OPERATION ARGUMENTS...", "call any operation of the driver by its name", call},
+    {"operations", "[PART]", "list the driver's operations and their arguments", list_operations},
+    {"source", "FILE", "run the commands of a script", source},
+    {"echo", "WORDS...", "print words", echo},
+    {"help", "[COMMAND]", "list the commands, or explain one", help},
+    {"quit", "", "leave", quit},
+};
+
+} // namespace
+
+std::span<const Command> general_commands()
+{
+    return kCommands;
+}
+
+} // namespace vexosh

@@ -1,0 +1,166 @@
+#include "tools/vexosh/session.h"
+
+#include <iostream>
+#include <stdexcept>
+
+#include "core/factory.h"
+#include "core/line_card_init.h"
+#include "pktio/event_records.h"
+#include "platform/port_map.h"
+#include "tools/vexosh/event_printers.h"
+#include "tools/vexosh/frame_words.h"
+#include "vexosim/clock.h"
+
+namespace vexosh {
+namespace {
+
+constexpr std::size_t kPacketsKept = 4096;
+
+// Link callbacks get no cookie, so there is one session a process.
+Session* the_session = nullptr;
+
+int user_port_of(const Usp& port)
+{
+    return static_cast<int>(port.port()) - 1;
+}
+
+} // namespace
+
+Session::Session(std::ostream& out) : out_(out)
+{
+    vexosdk_create_sdk_instance();
+    if (!vexosdk_get_sdk_instance(sdk_)) {
+        throw std::runtime_error("the driver has no instance");
+    }
+    int slot = 0;
+    vexo_init_line_card(slot);
+    the_session = this;
+    set_event_sink([this](const std::string& line) { print(line); });
+    sdk_->register_rx_packet_callback(on_packet, this);
+    sdk_->register_link_change_callback(on_link, nullptr);
+    if (!vexosim::manual_clock()) {
+        manager_ = std::thread([this] { manage(); });
+    }
+}
+
+Session::~Session()
+{
+    {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+    }
+    wake_.notify_all();
+    if (manager_.joinable()) {
+        manager_.join();
+    }
+    vexosdk_delete_sdk_instance(sdk_);
+    set_event_sink({});
+    the_session = nullptr;
+}
+
+void Session::on_packet(RxPacket* packet, void* cookie)
+{
+    Session& session = *static_cast<Session*>(cookie);
+    CpuPacket kept{user_port_of(packet->port()), packet->vlan(), {}};
+    packet->get_pkt_data(kept.frame);
+    if (session.print_events_) {
+        print_event(packet, cookie);
+    }
+    const std::lock_guard lock(session.mutex_);
+    ++session.packet_count_;
+    session.packets_.push_back(std::move(kept));
+    if (session.packets_.size() > kPacketsKept) {
+        session.packets_.pop_front();
+    }
+}
+
+void Session::on_link(LinkStatus* status, Usp* port)
+{
+    Session& session = *the_session;
+    if (session.print_events_) {
+        print_event(status, port);
+    }
+    {
+        const std::lock_guard lock(session.mutex_);
+        session.link_events_.push_back({user_port_of(*port), status->status() == 1});
+    }
+    session.wake_.notify_all();
+}
+
+void Session::manage()
+{
+    std::unique_lock lock(mutex_);
+    while (!stopping_) {
+        if (link_events_.empty()) {
+            wake_.wait(lock);
+            continue;
+        }
+        const LinkEvent event = link_events_.front();
+        link_events_.pop_front();
+        lock.unlock();
+        handle(event);
+        lock.lock();
+    }
+}
+
+void Session::handle(const LinkEvent& event)
+{
+    Mp port(0, 0);
+    if (event.up && auto_forwarding_ && map_user_port_to_mp(event.user_port, port)) {
+        driver()->set_port_stp_state(port, STP_FORWARDING);
+    }
+}
+
+void Session::settle()
+{
+    if (!vexosim::manual_clock()) {
+        return;
+    }
+    vexosim::drain();
+    for (;;) {
+        std::deque<LinkEvent> events;
+        {
+            const std::lock_guard lock(mutex_);
+            events.swap(link_events_);
+        }
+        if (events.empty()) {
+            return;
+        }
+        for (const LinkEvent& event : events) {
+            handle(event);
+        }
+        vexosim::drain();
+    }
+}
+
+void Session::set_print_events(bool on)
+{
+    print_events_ = on;
+}
+
+void Session::print(const std::string& line)
+{
+    const std::lock_guard lock(mutex_);
+    out_ << line << std::endl;
+}
+
+std::vector<CpuPacket> Session::cpu_packets() const
+{
+    const std::lock_guard lock(mutex_);
+    return {packets_.begin(), packets_.end()};
+}
+
+std::size_t Session::cpu_packet_count() const
+{
+    const std::lock_guard lock(mutex_);
+    return packet_count_;
+}
+
+void Session::clear_cpu_packets()
+{
+    const std::lock_guard lock(mutex_);
+    packets_.clear();
+    packet_count_ = 0;
+}
+
+} // namespace vexosh

@@ -1,0 +1,99 @@
+#include "tools/vexosh/terminal.h"
+
+#include <histedit.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <iostream>
+#include <memory>
+#include <set>
+
+namespace vexosh {
+namespace {
+
+char* prompt(EditLine*)
+{
+    static char text[] = "vexosh> ";
+    return text;
+}
+
+/// The words that commands may have after those before the cursor.
+std::set<std::string> next_words(const std::vector<std::string>& before, const std::string& begin)
+{
+    std::set<std::string> found;
+    for (const Command* command : all_commands()) {
+        const std::vector<std::string> words = split_words(command->words);
+        if (words.size() > before.size() &&
+            std::equal(before.begin(), before.end(), words.begin()) &&
+            words[before.size()].starts_with(begin)) {
+            found.insert(words[before.size()]);
+        }
+    }
+    return found;
+}
+
+std::string common_start(const std::set<std::string>& words)
+{
+    const std::string& first = *words.begin();
+    const std::string& last = *words.rbegin();
+    const auto differs = std::ranges::mismatch(first, last).in1;
+    return {first.begin(), differs};
+}
+
+unsigned char complete(EditLine* line, int)
+{
+    const LineInfo* info = el_line(line);
+    const std::string_view typed(info->buffer,
+                                 static_cast<std::size_t>(info->cursor - info->buffer));
+    const std::size_t start = typed.find_last_of(' ') + 1; // 0 when there is no blank
+    const std::string begin(typed.substr(start));
+    const std::set<std::string> found = next_words(split_words(typed.substr(0, start)), begin);
+    if (found.empty()) {
+        return CC_ERROR;
+    }
+    const std::string insert =
+        common_start(found).substr(begin.size()) + (found.size() == 1 ? " " : "");
+    if (!insert.empty()) {
+        return el_insertstr(line, insert.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
+    }
+    std::cout << '\n';
+    for (const std::string& word : found) {
+        std::cout << word << "  ";
+    }
+    std::cout << std::endl;
+    return CC_REDISPLAY;
+}
+
+} // namespace
+
+void run_terminal(Shell& shell)
+{
+    const std::unique_ptr<EditLine, void (*)(EditLine*)> line(
+        el_init("vexosh", stdin, stdout, stderr), el_end);
+    const std::unique_ptr<History, void (*)(History*)> past(history_init(), history_end);
+    if (!line || !past) {
+        shell.run_script(std::cin, "standard input");
+        return;
+    }
+    HistEvent event;
+    history(past.get(), &event, H_SETSIZE, 1000);
+    el_set(line.get(), EL_PROMPT, prompt);
+    el_set(line.get(), EL_EDITOR, "emacs");
+    el_set(line.get(), EL_HIST, ::history, past.get());
+    el_set(line.get(), EL_ADDFN, "complete-command", "completes command words", complete);
+    el_set(line.get(), EL_BIND, "^I", "complete-command", nullptr);
+    int length = 0;
+    for (const char* text; !shell.finished() && (text = el_gets(line.get(), &length)) != nullptr;) {
+        if (length > 1) {
+            ::history(past.get(), &event, H_ENTER, text);
+        }
+        try {
+            shell.run_line(text);
+        } catch (const BadInput& problem) {
+            std::cerr << problem.what() << std::endl;
+        }
+    }
+    std::cout << (shell.finished() ? "" : "\n");
+}
+
+} // namespace vexosh
