@@ -27,7 +27,7 @@ void inject(Shell&, Words& words)
 {
     const int port = front_port(words.next("PORT"));
     const Bytes frame = frame_from_words(words.rest());
-    vexosim::receive(port, frame);
+    vexosim::receive(port, vexosim::FrameView(frame));
 }
 
 void inject_capture(Shell& shell, Words& words)
@@ -36,7 +36,7 @@ void inject_capture(Shell& shell, Words& words)
     const Capture capture = read_capture(words.next("FILE"));
     words.end();
     for (const Bytes& frame : capture.frames) {
-        vexosim::receive(port, frame);
+        vexosim::receive(port, vexosim::FrameView(frame));
         shell.session().settle();
     }
     shell.out() << capture.frames.size() << " frames arrived at port " << port << '\n';

@@ -13,36 +13,36 @@ namespace {
 void show_ports(Shell& shell, Words& words)
 {
     words.end();
-    shell.out() << vexosim::ports_text();
+    shell.out() << vexosim::ports_table().text();
 }
 
 void show_vlans(Shell& shell, Words& words)
 {
     words.end();
-    shell.out() << vexosim::vlans_text();
+    shell.out() << vexosim::vlans_table().text();
 }
 
 void show_fdb(Shell& shell, Words& words)
 {
     words.end();
-    shell.out() << vexosim::fdb_text();
+    shell.out() << vexosim::fdb_table().text();
 }
 
 void show_counters(Shell& shell, Words& words)
 {
     if (words.empty()) {
-        shell.out() << vexosim::counters_text();
+        shell.out() << vexosim::counters_table().text();
         return;
     }
     const int port = parse_user_port(words.next("PORT"));
     words.end();
-    shell.out() << vexosim::port_counters_text(port);
+    shell.out() << vexosim::port_counters_table(port).text();
 }
 
 void show_drops(Shell& shell, Words& words)
 {
     words.end();
-    shell.out() << vexosim::drops_text();
+    shell.out() << vexosim::drops_table().text();
 }
 
 void show_cpu(Shell& shell, Words& words)

@@ -9,7 +9,9 @@
 #include "platform/port_map.h"
 #include "tools/vexosh/event_printers.h"
 #include "tools/vexosh/frame_words.h"
+#include "vexosim/board.h"
 #include "vexosim/clock.h"
+#include "vexosim/ports.h"
 
 namespace vexosh {
 namespace {
@@ -28,12 +30,14 @@ int user_port_of(const Usp& port)
 
 Session::Session(std::ostream& out) : out_(out)
 {
+    vexosim::board::enable();
     vexosdk_create_sdk_instance();
     if (!vexosdk_get_sdk_instance(sdk_)) {
         throw std::runtime_error("the driver has no instance");
     }
     int slot = 0;
     vexo_init_line_card(slot);
+    vexosim::connect_wires();
     the_session = this;
     set_event_sink([this](const std::string& line) { print(line); });
     sdk_->register_rx_packet_callback(on_packet, this);
