@@ -1,0 +1,85 @@
+// The card's state as text, and what-if tracing: the chip's own views under its lock.
+#include "vexosim/state.h"
+
+#include <cstdio>
+
+#include "sim/card/card.h"
+#include "sim/chip/tables_as_text.h"
+#include "sim/pipeline/trace.h"
+#include "vexosim/trace.h"
+
+namespace vexosim {
+namespace {
+
+PortNames port_names()
+{
+    PortNames names;
+    for (int chip_port = 0; attached() && chip_port < kPorts; ++chip_port)
+        names.set(chip_port, user_port_of(chip_port));
+    return names;
+}
+
+} // namespace
+
+TextTable ports_table()
+{
+    const ChipLock chip;
+    return ports_table(*chip, port_names());
+}
+
+TextTable vlans_table()
+{
+    const ChipLock chip;
+    return vlans_table(*chip, port_names());
+}
+
+TextTable fdb_table()
+{
+    const ChipLock chip;
+    return fdb_table(*chip, port_names());
+}
+
+TextTable counters_table()
+{
+    const ChipLock chip;
+    return counters_table(*chip, port_names());
+}
+
+TextTable port_counters_table(int user_port)
+{
+    const ChipLock chip;
+    const int chip_port = chip_port_of(user_port);
+    return chip_port < 0 ? TextTable{} : port_counters_table(*chip, chip_port);
+}
+
+TextTable drops_table()
+{
+    const ChipLock chip;
+    return drops_table(*chip);
+}
+
+std::string state_digest()
+{
+    const ChipLock chip;
+    char text[17];
+    std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(chip->digest()));
+    return text;
+}
+
+std::string check_conservation()
+{
+    const ChipLock chip;
+    return chip->check_conservation();
+}
+
+std::string what_if(int user_port, FrameView frame)
+{
+    const ChipLock chip;
+    const int chip_port = chip_port_of(user_port);
+    if (chip_port < 0)
+        return "no port " + std::to_string(user_port) + "\n";
+    return trace_frame(*chip, card().background.receiver.queues, chip_port, frame, port_names())
+        .text;
+}
+
+} // namespace vexosim
