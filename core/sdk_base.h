@@ -92,13 +92,15 @@ public:
     virtual bool delete_lag(unsigned id) = 0;
 
     /// Makes those of the given ports that have link the LAG's active members, in place of all
-    /// earlier ones, and flushes the addresses they learned. With no link on any, true and nothing
-    /// changes. Does not touch the LAG bookkeeping (l2/lag.h).
+    /// earlier ones, and flushes the addresses they learned. The first becomes the LAG's port for
+    /// unknown unicasts and multicasts. With no link on any, true and nothing changes. False above
+    /// 8 members. Does not touch the LAG bookkeeping (l2/lag.h).
     virtual bool add_ports_to_lag(unsigned id, const std::list<Mp>& ports) = 0;
 
     /// Takes ports out of a LAG's active members and blocks their spanning-tree state. A LAG left
-    /// without members is made anew under the same id. False, too, for a LAG that the bookkeeping
-    /// (l2/lag.h) does not know.
+    /// without members is made anew under the same id. Name each port once: one named twice counts
+    /// as two that leave. False, too, for a LAG that the bookkeeping (l2/lag.h) does not know; when
+    /// it fails later, ports may stay blocked.
     virtual bool delete_ports_from_lag(unsigned id, const std::list<Mp>& ports) = 0;
 
     /// Sets how a LAG spreads its traffic. False for a value that is not listed.
@@ -115,7 +117,8 @@ public:
 
     /// Copies the traffic of `source` to `destination`, or stops with `MIRROR_OFF`, and keeps
     /// broadcasts, unknown unicasts and known multicasts from being flooded to `destination`
-    /// (allows them again when off). False for a type that is not listed.
+    /// (allows them again when off, even while other ports are mirrored there). Floods from user
+    /// port 47 are deliberately left alone. False for a type that is not listed.
     virtual bool set_mirror_port(const Mp& destination, const Mp& source, mirror_type_t type) = 0;
 
     /// Reads what is mirrored from `source` and to where. `destination` is not written when the
@@ -301,8 +304,8 @@ public:
 
     // ---- Admission and default VLAN of a port (l2/port) ---------------------------------------
 
-    /// Blocks (false) or allows (true) all flooding from front-panel ports to a port. Stops at the
-    /// first port that fails.
+    /// Blocks (false) or allows (true) all flooding from front-panel ports to a port, deliberately
+    /// but for user port 47. Stops at the first port that fails.
     virtual bool set_port_egress_admin_state(const Mp& port, bool up) = 0;
 
     /// Deliberately inverted: true when all flooding to the port is blocked, false otherwise.
@@ -445,7 +448,8 @@ public:
     // ---- Layer-2 switching and unknown unicast (l2/port) --------------------------------------
 
     /// Allows or blocks flooding (broadcast, unknown unicast, unknown multicast) from the other
-    /// front-panel ports to a port; disabling also deletes the port's MAC entries, static ones too.
+    /// front-panel ports, deliberately but for user port 47, to a port; disabling also deletes the
+    /// port's MAC entries, static ones too. Stops at the first port that fails.
     virtual bool set_port_l2_enable(const Mp& port, bool enable) = 0;
 
     /// Whether frames to unknown unicast addresses go to the CPU too, for those that a port
@@ -546,12 +550,14 @@ public:
 
     // ---- Active LAG members (l2/lag) ----------------------------------------------------------
 
-    /// Puts a configured member back into its LAG's active members, and flushes the addresses it
-    /// learned. A port of no LAG succeeds.
+    /// Puts a configured member back into the active members of its LAGs, as the bookkeeping
+    /// (l2/lag.h) has them, and flushes the addresses it learned. Stops at the first LAG that
+    /// fails. A port of no LAG succeeds.
     virtual bool port_add_to_egress_list(Mp port) = 0;
 
-    /// Takes a configured member out of its LAG's active members; a LAG left without members is
-    /// made anew under the same id. A port of no LAG succeeds.
+    /// Takes a configured member out of the active members of its LAGs; a LAG left without members
+    /// is made anew under the same id. One that is not active is no failure. Stops at the first LAG
+    /// that fails. A port of no LAG succeeds.
     virtual bool port_remove_from_egress_list(Mp port) = 0;
 
     // ---- L3 interfaces (l3/interface) ---------------------------------------------------------

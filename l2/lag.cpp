@@ -135,7 +135,7 @@ bool set_members(unsigned id, const PortList& members, int first)
 }
 
 /// Blocks each of `leaving` that is a member, so that it cannot forward until the spanning tree
-/// takes it over, and tells how many members will be left.
+/// takes it over, and tells how many members will be left. A port listed twice counts twice.
 int block_leaving(Trunk& trunk, const PortList& leaving)
 {
     int left = trunk.count();
