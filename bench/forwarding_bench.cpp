@@ -67,8 +67,9 @@ std::vector<Batch> unicast_batches(std::vector<Frame>& frames)
     for (int port = 1; port < kPortCount; ++port) {
         const auto& all = by_port[static_cast<std::size_t>(port)];
         for (std::size_t i = 0; i + kBatch <= all.size(); i += kBatch)
-            batches.push_back({port, {all.begin() + static_cast<long>(i),
-                                      all.begin() + static_cast<long>(i + kBatch)}});
+            batches.push_back({port,
+                               {all.begin() + static_cast<long>(i),
+                                all.begin() + static_cast<long>(i + kBatch)}});
     }
     return batches;
 }
@@ -116,4 +117,3 @@ void FloodTo52(benchmark::State& state)
 BENCHMARK(FloodTo52);
 
 } // namespace
-

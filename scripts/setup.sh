@@ -10,11 +10,12 @@ packages_of() {
         echo g++ cmake ninja-build pkg-config googletest libpcap-dev libedit-dev libcli11-dev \
             nlohmann-json3-dev
         ;;
-    hosts) echo iproute2 iputils-ping tcpdump ethtool lldpd ;;
+    hosts) echo iproute2 iputils-ping ;;
     ci) echo g++-powerpc-linux-gnu qemu-user clang-format clang-tidy ;;
-    bench) echo libbenchmark-dev valgrind openvswitch-switch ;;
+    bench) echo libbenchmark-dev valgrind iproute2 iputils-ping openvswitch-switch ;;
+    capture) echo iproute2 iputils-ping ethtool tcpdump socat lldpd openvswitch-switch ;;
     *)
-        echo "setup.sh: no package group '$1' (there are: build hosts ci bench)" >&2
+        echo "setup.sh: no package group '$1' (there are: build hosts ci bench capture)" >&2
         return 2
         ;;
     esac

@@ -41,10 +41,7 @@ struct IpPrefix {
     IpAddress net;
     int length = 0;
 
-    bool contains(const IpAddress& address) const
-    {
-        return address.masked(length) == net;
-    }
+    bool contains(const IpAddress& address) const { return address.masked(length) == net; }
 
     bool operator==(const IpPrefix&) const = default;
     auto operator<=>(const IpPrefix&) const = default;

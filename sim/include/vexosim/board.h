@@ -34,8 +34,8 @@ bool enabled();
 void reset();
 
 /// Selects the daughter module shown in bits 12 and 13 of the big-endian 32-bit register at byte
-/// offset 0x90D30 of "/dev/cpuDev", a window of 16 MiB: 0 to 3. The register's other bits are 1, all
-/// other bytes of the window 0. Other values are refused with false and change nothing. Windows
+/// offset 0x90D30 of "/dev/cpuDev", a window of 16 MiB: 0 to 3. The register's other bits are 1,
+/// all other bytes of the window 0. Other values are refused with false and change nothing. Windows
 /// that are open already keep what they show.
 bool select_daughter_module(unsigned field);
 
