@@ -1,0 +1,413 @@
+// Starting the SDK step by step: what is refused out of order, and what each step gives.
+#include <gtest/gtest.h>
+
+#include <bcm/init.h>
+#include <bcm/port.h>
+#include <bcmx/lport.h>
+#include <bde/linux_bde.h>
+#include <sal/config.h>
+#include <sal/core.h>
+#include <soc/cm.h>
+#include <soc/drv.h>
+#include <soc/phy.h>
+#include <soc/property.h>
+
+#include "tests/kit/kit.h"
+
+namespace {
+
+constexpr std::uint16_t kSwitch = BusDevice::kSwitchId;
+
+extern "C" char* from_store(soc_cm_dev_t* /*dev*/, const char* name)
+{
+    return sal_config_get(name);
+}
+extern "C" std::uint32_t read_word(soc_cm_dev_t* /*dev*/, std::uint32_t /*address*/)
+{
+    return 0;
+}
+extern "C" int write_word(soc_cm_dev_t* /*dev*/, std::uint32_t /*address*/, std::uint32_t /*data*/)
+{
+    return 0;
+}
+
+soc_cm_device_vectors_t vectors()
+{
+    soc_cm_device_vectors_t made{};
+    made.config_var_get = from_store;
+    made.read = read_word;
+    made.write = write_word;
+    return made;
+}
+
+struct StartUp : BareCardTest {
+    ibde_t* bus()
+    {
+        linux_bde_bus_t order{1, 0, 1};
+        ibde_t* made = nullptr;
+        EXPECT_EQ(linux_bde_create(&order, &made), 0);
+        return made;
+    }
+    void start_manager()
+    {
+        soc_cm_init_t init{};
+        ASSERT_EQ(soc_cm_init(&init), 0);
+    }
+    void make_unit()
+    {
+        start_manager();
+        soc_cm_device_vectors_t v = vectors();
+        ASSERT_EQ(soc_cm_device_create(kSwitch, 1, nullptr), 0);
+        ASSERT_EQ(soc_cm_device_init(0, &v), 0);
+    }
+    void initialise()
+    {
+        make_unit();
+        ASSERT_EQ(soc_reset_init(0) | soc_misc_init(0) | soc_mmu_init(0) | bcm_init(0), 0);
+    }
+};
+
+TEST_F(StartUp, TheApplicationHalfNeedsTheCore)
+{
+    EXPECT_LT(sal_appl_init(), 0);
+    EXPECT_EQ(sal_core_init(), 0);
+    EXPECT_EQ(sal_appl_init(), 0);
+}
+
+TEST_F(StartUp, NoUnitIsMadeBeforeTheManagerIsStarted)
+{
+    EXPECT_EQ(soc_cm_device_create(kSwitch, 1, nullptr), BCM_E_INIT);
+    EXPECT_EQ(soc_cm_init(nullptr), BCM_E_PARAM);
+    EXPECT_EQ(soc_cm_device_create(kSwitch, 1, nullptr), BCM_E_INIT);
+}
+
+TEST_F(StartUp, UnitsAreNumberedFromZeroUpToTheirLimit)
+{
+    start_manager();
+    for (int unit = 0; unit < SOC_MAX_NUM_DEVICES; ++unit)
+        EXPECT_EQ(soc_cm_device_create(kSwitch, 1, nullptr), unit);
+    EXPECT_EQ(soc_cm_device_create(kSwitch, 1, nullptr), BCM_E_RESOURCE);
+    EXPECT_EQ(soc_cm_device_destroy(3), 0);
+    EXPECT_EQ(soc_cm_device_create(kSwitch, 1, nullptr), 3);
+}
+
+TEST_F(StartUp, OnlyTheSwitchIsSupported)
+{
+    start_manager();
+    std::uint16_t device = 7;
+    std::uint8_t revision = 7;
+    EXPECT_EQ(soc_cm_device_supported(kSwitch, 1), 0);
+    EXPECT_EQ(soc_cm_device_supported(kSwitch + 1, 1), BCM_E_UNAVAIL);
+    EXPECT_EQ(soc_cm_device_create(kSwitch + 1, 1, nullptr), BCM_E_UNAVAIL);
+    EXPECT_EQ(soc_cm_get_id_driver(kSwitch + 1, 1, &device, &revision), BCM_E_UNAVAIL);
+    EXPECT_EQ(soc_cm_get_id_driver(kSwitch, 2, nullptr, &revision), BCM_E_PARAM);
+    EXPECT_EQ(device, 7);
+    EXPECT_EQ(soc_cm_get_id_driver(kSwitch, 2, &device, &revision), 0);
+    EXPECT_EQ(device, kSwitch);
+    EXPECT_EQ(revision, 2);
+}
+
+TEST_F(StartUp, AUnitKnowsItsIdsAndVectors)
+{
+    std::uint16_t device = 7;
+    std::uint8_t revision = 7;
+    EXPECT_EQ(soc_cm_get_id(0, &device, &revision), BCM_E_UNIT);
+    make_unit();
+    EXPECT_EQ(soc_cm_get_id(0, &device, nullptr), BCM_E_PARAM);
+    EXPECT_EQ(device, 7);
+    EXPECT_EQ(soc_cm_get_id(0, &device, &revision), 0);
+    EXPECT_EQ(device, kSwitch);
+    EXPECT_EQ(revision, 1);
+    EXPECT_EQ(CMVEC(0).read, read_word);
+    EXPECT_EQ(soc_cm_get_id(1, &device, &revision), BCM_E_UNIT);
+    EXPECT_EQ(soc_cm_get_id(-1, &device, &revision), BCM_E_UNIT);
+}
+
+TEST_F(StartUp, VectorsMustReachTheDevice)
+{
+    start_manager();
+    soc_cm_device_vectors_t v = vectors();
+    EXPECT_EQ(soc_cm_device_init(0, &v), BCM_E_UNIT);
+    ASSERT_EQ(soc_cm_device_create(kSwitch, 1, nullptr), 0);
+    EXPECT_EQ(soc_cm_device_init(0, nullptr), BCM_E_PARAM);
+    v.read = nullptr;
+    EXPECT_EQ(soc_cm_device_init(0, &v), BCM_E_PARAM);
+}
+
+TEST_F(StartUp, TheChipComesUpInItsOrder)
+{
+    start_manager();
+    ASSERT_EQ(soc_cm_device_create(kSwitch, 1, nullptr), 0);
+    EXPECT_EQ(soc_reset_init(0), BCM_E_UNIT) << "has no vectors";
+    soc_cm_device_vectors_t v = vectors();
+    ASSERT_EQ(soc_cm_device_init(0, &v), 0);
+    EXPECT_EQ(soc_misc_init(0), BCM_E_INIT);
+    EXPECT_EQ(soc_reset_init(0), 0);
+    EXPECT_EQ(soc_mmu_init(0), BCM_E_INIT);
+    EXPECT_EQ(soc_misc_init(0), 0);
+    EXPECT_EQ(bcm_init(0), BCM_E_INIT);
+    EXPECT_EQ(soc_l2x_start(0, 0, 1000), BCM_E_INIT);
+    EXPECT_EQ(soc_mmu_init(0), 0);
+    EXPECT_EQ(soc_l2x_start(0, 0, -1), BCM_E_PARAM);
+    EXPECT_EQ(soc_l2x_start(0, 0, 1000), 0);
+    EXPECT_EQ(bcmx_device_attach(0), BCM_E_INIT);
+    EXPECT_EQ(bcm_init(1), BCM_E_UNIT);
+    EXPECT_EQ(bcm_init(0), 0);
+    EXPECT_EQ(bcmx_device_attach(1), BCM_E_UNIT);
+    EXPECT_EQ(bcmx_device_attach(0), 0);
+    EXPECT_EQ(bcmx_device_attach(0), BCM_E_EXISTS);
+}
+
+TEST_F(StartUp, ALostUnitTakesItsPortsWithIt)
+{
+    initialise();
+    ASSERT_EQ(bcmx_device_attach(0), 0);
+    EXPECT_EQ(soc_cm_device_destroy(0), 0);
+    EXPECT_FALSE(attached());
+    EXPECT_EQ(bcmx_lport_bcm_port(kFirstLport), BCM_E_PORT);
+    EXPECT_EQ(bcm_init(0), BCM_E_UNIT);
+    EXPECT_EQ(soc_cm_device_destroy(0), BCM_E_UNIT);
+}
+
+TEST_F(StartUp, PortsAreOfferedInRisingOrderWithTheirKinds)
+{
+    static std::string offers;
+    set_property("pbmp_xport_xe.0", "0x3c000000");
+    initialise();
+    bcmx_uport_create_callback_set(
+        [](bcmx_lport_t lport, int unit, bcm_port_t port, uint32_t flags) {
+            EXPECT_EQ(unit, 0);
+            EXPECT_EQ(lport, kFirstLport + port);
+            offers += std::to_string(port) + ":" + std::to_string(flags) + " ";
+            return port == 2 ? -1 : port == 0 ? kCpuUserPort : port - 1;
+        });
+    ASSERT_EQ(bcmx_device_attach(0), 0);
+    EXPECT_EQ(offers.substr(0, 15), "0:9 1:33 2:33 3");
+    EXPECT_NE(offers.find(" 25:33 26:65 27:65 28:65 29:65 30:33 "), std::string::npos);
+    EXPECT_EQ(offers.substr(offers.size() - 6), "53:33 ");
+    EXPECT_EQ(bcmx_lport_bcm_port(kFirstLport + 2), BCM_E_PORT) << "a refused port";
+    EXPECT_EQ(bcmx_modid_port_to_lport(0, 2), BCMX_LPORT_INVALID);
+    EXPECT_EQ(bcmx_modid_port_to_lport(0, 3), kFirstLport + 3);
+    EXPECT_EQ(bcmx_modid_port_to_lport(1, 3), BCMX_LPORT_INVALID);
+    EXPECT_EQ(user_port_of(3), 2);
+    EXPECT_EQ(chip_port_of(kCpuUserPort), 0);
+    EXPECT_EQ(chip_port_of(1), -1);
+}
+
+TEST_F(StartUp, WithoutACallbackEveryPortIsAccepted)
+{
+    initialise();
+    bcmx_uport_create_callback_set(nullptr);
+    ASSERT_EQ(bcmx_device_attach(0), 0);
+    EXPECT_EQ(bcmx_lport_bcm_unit(kFirstLport + 53), 0);
+    EXPECT_EQ(chip_port_of(0), 1);
+}
+
+TEST_F(StartUp, PropertiesOfTheUnitComeFirst)
+{
+    make_unit();
+    EXPECT_EQ(soc_property_get_str(0, "size"), nullptr);
+    EXPECT_EQ(soc_property_get(0, "size", 5), 5u);
+    sal_config_set("size", "7");
+    EXPECT_EQ(soc_property_get(0, "size", 5), 7u);
+    sal_config_set("size.0", "0x10");
+    EXPECT_EQ(soc_property_get(0, "size", 5), 16u);
+    EXPECT_STREQ(soc_property_get_str(0, "size"), "0x10");
+    EXPECT_EQ(soc_property_get(1, "size", 5), 5u) << "no such unit";
+    sal_config_set("size.0", nullptr);
+    EXPECT_EQ(soc_property_get(0, "size", 5), 7u);
+}
+
+TEST_F(StartUp, APropertyThatIsNoNumberCountsAsNotSet)
+{
+    make_unit();
+    for (const char* const text : {"", "ten", "-1", "0x", "12k", "4294967296"}) {
+        set_property("size", text);
+        EXPECT_EQ(soc_property_get(0, "size", 5), 5u) << text;
+    }
+}
+
+TEST_F(StartUp, APortSetPropertyIsABitMap)
+{
+    make_unit();
+    set_property("ports", "0x800000000000000100000003");
+    const bcm_pbmp_t ports = soc_property_get_pbmp(0, "ports", 0);
+    EXPECT_EQ(ports.pbits[0], 3u);
+    EXPECT_EQ(ports.pbits[1], 1u);
+    EXPECT_EQ(ports.pbits[2], 0x80000000u);
+    set_property("ports", "0x1800000000000000100000003");
+    EXPECT_EQ(soc_property_get_pbmp(0, "ports", 0).pbits[0], 0u) << "longer than 96 bits";
+    EXPECT_EQ(soc_property_get_pbmp(0, "others", 1).pbits[1], 0x003fffffu);
+}
+
+TEST_F(StartUp, ASettingOfThePropertyStoreNeedsAName)
+{
+    EXPECT_LT(sal_config_set("", "x"), 0);
+    EXPECT_LT(sal_config_set(nullptr, "x"), 0);
+    EXPECT_EQ(sal_config_get(nullptr), nullptr);
+}
+
+TEST_F(StartUp, TheUnitsPortsAreByKind)
+{
+    set_property("pbmp_xport_xe", "0x3c000000");
+    initialise();
+    bcm_port_config_t config{};
+    EXPECT_EQ(bcm_port_config_get(0, nullptr), BCM_E_PARAM);
+    ASSERT_EQ(bcm_port_config_get(0, &config), 0);
+    EXPECT_EQ(config.xe.pbits[0], 0x3c000000u);
+    EXPECT_EQ(config.ge.pbits[0], 0xc3fffffeu);
+    EXPECT_EQ(config.port.pbits[0], 0xfffffffeu);
+    EXPECT_EQ(config.port.pbits[1], 0x003fffffu);
+    EXPECT_EQ(config.all.pbits[0], 0xffffffffu);
+    EXPECT_EQ(config.cpu.pbits[0], 1u);
+    EXPECT_EQ(config.fe.pbits[0], 0u);
+}
+
+TEST_F(StartUp, TheBusShowsTheDevicesOfTheProfile)
+{
+    Profile profile;
+    profile.devices = {{}, {0x1234, 2, false, true}};
+    ASSERT_TRUE(set_profile(profile));
+    ibde_t* const bde = bus();
+    EXPECT_EQ(bde->num_devices(0), 2);
+    EXPECT_EQ(bde->get_dev(0)->device, kSwitch);
+    EXPECT_EQ(bde->get_dev(1)->device, 0x1234);
+    EXPECT_EQ(bde->get_dev(1)->rev, 2);
+    EXPECT_EQ(bde->get_dev(1)->base_address, 0u) << "not mapped";
+    EXPECT_EQ(bde->get_dev(2), nullptr);
+    int pio = 9, packet = 9, other = 9;
+    bde->pci_bus_features(0, &pio, &packet, &other);
+    EXPECT_EQ(std::to_string(pio) + std::to_string(packet) + std::to_string(other), "101");
+}
+
+TEST_F(StartUp, MemoryAnswersWhereADeviceIsMapped)
+{
+    Profile profile;
+    profile.devices = {{}, {kSwitch, 1, true, false}};
+    set_profile(profile);
+    ibde_t* const bde = bus();
+    EXPECT_EQ(sal_memory_check(bde->get_dev(0)->base_address), 0);
+    EXPECT_LT(sal_memory_check(bde->get_dev(1)->base_address), 0) << "does not answer";
+    EXPECT_LT(sal_memory_check(0x10), 0);
+}
+
+TEST_F(StartUp, ABusDriverMayLackOperations)
+{
+    EXPECT_NE(bus()->sflush, nullptr);
+    Profile profile;
+    profile.bus_sflush = profile.bus_sinval = profile.bus_l2p = profile.bus_p2l = false;
+    set_profile(profile);
+    const ibde_t* const bde = bus();
+    EXPECT_EQ(bde->sflush, nullptr);
+    EXPECT_EQ(bde->sinval, nullptr);
+    EXPECT_EQ(bde->l2p, nullptr);
+    EXPECT_EQ(bde->p2l, nullptr);
+}
+
+TEST_F(StartUp, ABusDriverMayNotComeUp)
+{
+    Profile profile;
+    profile.bus_create_result = -3;
+    set_profile(profile);
+    linux_bde_bus_t order{1, 0, 1};
+    ibde_t* made = nullptr;
+    EXPECT_EQ(linux_bde_create(&order, &made), -3);
+    EXPECT_EQ(made, nullptr);
+}
+
+TEST_F(StartUp, RegistersAreTheSameMappedAndNot)
+{
+    ibde_t* const bde = bus();
+    EXPECT_EQ(bde->write(0, 0x1c00, 0x12345678), 0);
+    auto* const mapped = reinterpret_cast<volatile std::uint32_t*>(bde->get_dev(0)->base_address);
+    EXPECT_EQ(mapped[0x1c00 / 4], 0x12345678u);
+    mapped[0x1c04 / 4] = 0x81;
+    EXPECT_EQ(bde->read(0, 0x1c04), 0x81u);
+    EXPECT_EQ(led_data(1), 0x81);
+    EXPECT_EQ(bde->write(0, 0x4000, 1), -1) << "behind the last register";
+    EXPECT_EQ(bde->read(0, 0x4000), 0u);
+}
+
+TEST_F(StartUp, PciConfigurationAndMemoryCanBeReached)
+{
+    ibde_t* const bde = bus();
+    EXPECT_EQ(bde->pci_conf_read(0, 0) >> 16, kSwitch);
+    EXPECT_EQ(bde->pci_conf_write(0, 4, 6), 0);
+    EXPECT_EQ(bde->pci_conf_read(0, 4), 6u);
+    EXPECT_EQ(bde->pci_conf_write(1, 4, 6), -1);
+    void* const memory = bde->salloc(0, 32, "test");
+    ASSERT_NE(memory, nullptr);
+    EXPECT_EQ(bde->p2l(0, bde->l2p(0, memory)), memory);
+    EXPECT_EQ(bde->sflush(0, memory, 32) | bde->sinval(0, memory, 32), 0);
+    bde->sfree(0, memory);
+    EXPECT_EQ(live_dma_buffers(), 0u);
+}
+
+TEST_F(StartUp, TheLedProcessorTakesAProgramOfAtMost256Bytes)
+{
+    make_unit();
+    std::vector<std::uint8_t> program(257, 0x86);
+    EXPECT_EQ(soc_ledproc_config(0, program.data(), 257), BCM_E_PARAM);
+    EXPECT_EQ(soc_ledproc_config(0, program.data(), 0), BCM_E_PARAM);
+    EXPECT_EQ(soc_ledproc_config(0, nullptr, 4), BCM_E_PARAM);
+    EXPECT_EQ(soc_ledproc_config(1, program.data(), 4), BCM_E_UNIT);
+    EXPECT_TRUE(led_program().empty());
+    EXPECT_EQ(soc_ledproc_config(0, program.data(), 256), 0);
+    EXPECT_EQ(led_program().size(), 256u);
+}
+
+TEST_F(StartUp, FeaturesAreThoseOfTheProfile)
+{
+    EXPECT_NE(soc_feature(0, soc_feature_arl_hashed), 0);
+    EXPECT_EQ(soc_feature(0, soc_feature_led_data_offset_a0), 0);
+    EXPECT_EQ(soc_feature(1, soc_feature_arl_hashed), 0);
+    Profile profile;
+    profile.l2_shadow = false;
+    profile.led_ram_at_160 = true;
+    set_profile(profile);
+    EXPECT_EQ(soc_feature(0, soc_feature_arl_hashed), 0);
+    EXPECT_NE(soc_feature(0, soc_feature_led_data_offset_a0), 0);
+}
+
+TEST_F(StartUp, AProfileIsForACardThatIsDown)
+{
+    start_manager();
+    ASSERT_EQ(soc_cm_device_create(kSwitch, 1, nullptr), 0);
+    EXPECT_FALSE(set_profile(Profile{}));
+}
+
+TEST_F(StartUp, PhysAnswerAtTheirAddresses)
+{
+    make_unit();
+    const std::uint8_t address = soc_phy_addr_of_port(0, 7);
+    std::uint16_t data = 0;
+    EXPECT_EQ(soc_miim_write(0, address, 5, 0xbeef), 0);
+    EXPECT_EQ(soc_miim_read(0, address, 5, &data), 0);
+    EXPECT_EQ(data, 0xbeef);
+    EXPECT_EQ(phy_register(7, 5), 0xbeef);
+    EXPECT_EQ(phy_register(8, 5), 0);
+    data = 3;
+    EXPECT_EQ(soc_miim_read(0, address, 32, &data), BCM_E_PARAM);
+    EXPECT_EQ(soc_miim_read(0, address, 5, nullptr), BCM_E_PARAM);
+    EXPECT_EQ(soc_miim_read(1, address, 5, &data), BCM_E_UNIT);
+    EXPECT_EQ(soc_miim_read(0, soc_phy_addr_of_port(0, 0), 5, &data), BCM_E_TIMEOUT) << "CPU port";
+    EXPECT_EQ(soc_miim_read(0, soc_phy_addr_of_port(0, 99), 5, &data), BCM_E_TIMEOUT);
+    EXPECT_EQ(data, 3);
+}
+
+TEST_F(StartUp, ShadowRegistersOfAPhyAreReachedThroughOneRegister)
+{
+    make_unit();
+    const std::uint8_t address = soc_phy_addr_of_port(0, 7);
+    std::uint16_t data = 0;
+    soc_miim_write(0, address, 0x1c, 0x8000 | 0x3400 | 0x0123);
+    soc_miim_write(0, address, 0x1c, 0x8000 | 0x3800 | 0x0001);
+    soc_miim_read(0, address, 0x1c, &data);
+    EXPECT_EQ(data, 0x3801);
+    soc_miim_write(0, address, 0x1c, 0x3400);
+    soc_miim_read(0, address, 0x1c, &data);
+    EXPECT_EQ(data, 0x3523) << "selecting changes nothing";
+    EXPECT_EQ(phy_shadow_register(7, 0x0d), 0x0123);
+}
+
+} // namespace
