@@ -33,7 +33,7 @@ void on_link(LinkStatus*, Usp*)
         wake.wait(lock, [] { return link_changed; });
         link_changed = false;
         lock.unlock();
-        for (const int port : {1, 2}) {
+        for (const unsigned port : {1U, 2U}) {
             sdk.set_port_stp_state(Mp(0, port), STP_FORWARDING);
         }
         lock.lock();

@@ -12,7 +12,7 @@ namespace vexosim {
 namespace {
 
 constexpr std::size_t kTag = 4;
-constexpr std::size_t kAddresses = 2 * ETH_ALEN;
+constexpr std::size_t kAddresses = std::size_t{2} * ETH_ALEN;
 
 std::optional<tpacket_auxdata> auxiliary(msghdr& message)
 {

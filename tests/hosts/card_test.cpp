@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int kPortA = 1, kPortB = 2;
+constexpr unsigned kPortA = 1, kPortB = 2;
 
 // What a manager must do: ports that come up are left blocking by the driver.
 class Manager {
@@ -49,7 +49,7 @@ private:
             wake_.wait(lock, [this] { return stopping_ || changed_; });
             changed_ = false;
             lock.unlock();
-            for (const int port : {kPortA, kPortB}) {
+            for (const unsigned port : {kPortA, kPortB}) {
                 sdk_.set_port_stp_state(Mp(0, port), STP_FORWARDING);
             }
             lock.lock();
@@ -102,7 +102,7 @@ protected:
         vexosim::detach_all();
     }
 
-    void put_into_vlan(int port, unsigned vid)
+    void put_into_vlan(unsigned port, unsigned vid)
     {
         sdk->create_vlan(vid);
         EXPECT_TRUE(sdk->add_ports_to_vlan(vid, {}, {Mp(0, port)}));
