@@ -9,7 +9,9 @@ std::vector<Operation> port_setters()
 {
     using Base = VexoSdkBase;
     return {
-        {"set_port_enable", setting(&Base::set_port_enable, false)},
+        {"set_port_enable",
+         setting(&Base::set_port_enable, false),
+         {{"bcmx_l2_addr_delete_by_port"}}},
         {"set_port_autoneg", setting(&Base::set_port_autoneg, true)},
         {"set_port_speed", setting(&Base::set_port_speed, SPEED_100M)},
         {"set_port_duplex", setting(&Base::set_port_duplex, DUPLEX_FULL)},
@@ -31,7 +33,9 @@ std::vector<Operation> port_setters()
         {"delete_port_protocol_vlan",
          [](Sdk& sdk, Outputs&) {
              return sdk.delete_port_protocol_vlan(p5, FRAME_ETHERNET_II, 0x800);
-         }},
+         },
+         {},
+         [](Sdk& sdk) { sdk.set_port_protocol_vlan(p5, FRAME_ETHERNET_II, 0x800, 1); }},
         {"delete_port_protocol_vlan_all",
          [](Sdk& sdk, Outputs&) { return sdk.delete_port_protocol_vlan_all(p5); }},
         {"set_mac_vlan", [](Sdk& sdk, Outputs&) { return sdk.set_mac_vlan(host, 1, 1); }},
@@ -47,7 +51,9 @@ std::vector<Operation> port_setters()
          }},
         {"set_port_flood_blocking_cpu",
          setting(&Base::set_port_flood_blocking_cpu, FLOOD_BLOCK_BROADCAST)},
-        {"set_port_l2_enable", setting(&Base::set_port_l2_enable, false)},
+        {"set_port_l2_enable",
+         setting(&Base::set_port_l2_enable, false),
+         {{"bcmx_l2_addr_delete_by_port", -7}}},
         {"set_port_egress_admin_state", setting(&Base::set_port_egress_admin_state, false)},
         {"set_port_unicast_control", setting(&Base::set_port_unicast_control, 9u)},
         {"set_port_multicast_control", setting(&Base::set_port_multicast_control, 9u)},
@@ -99,7 +105,8 @@ std::vector<Operation> port_getters()
         {"get_port_flood_blocking_cpu",
          reading(&Base::get_port_flood_blocking_cpu, &Outputs::number)},
         {"get_port_egress_admin_state",
-         reading(&Base::get_port_egress_admin_state, &Outputs::flag)},
+         reading(&Base::get_port_egress_admin_state, &Outputs::flag),
+         {{"bcmx_port_flood_block_get"}}},
         {"get_port_unicast_control", reading(&Base::get_port_unicast_control, &Outputs::number)},
         {"get_port_multicast_control",
          reading(&Base::get_port_multicast_control, &Outputs::number)},
@@ -148,7 +155,8 @@ std::vector<Operation> port_getters()
              const bool done = sdk.get_mirror_port(destination, p5, type);
              out.integer = type;
              return done;
-         }},
+         },
+         {{"bcmx_mirror_port_get"}}},
     };
 }
 
@@ -181,20 +189,29 @@ auto counting(bool (VexoSdkBase::*get)(const Mp&, Type, Value&), Value Outputs::
     };
 }
 
+/// But for single summary counters, which fail on every chip.
 std::vector<Operation> counter_operations()
 {
     using Base = VexoSdkBase;
     return {
-        {"get_port_stat_counter", counting(&Base::get_port_stat_counter, &Outputs::wide)},
-        {"get_port_stat_counter32", counting(&Base::get_port_stat_counter32, &Outputs::number)},
-        {"get_port_stat_counter_all64", listing(&Base::get_port_stat_counter_all64)},
-        {"get_port_stat_counter_all32", listing(&Base::get_port_stat_counter_all32)},
-        {"get_port_stat_counter_all64_ext", filling(&Base::get_port_stat_counter_all64_ext)},
-        {"get_port_stat_counter_all32_ext", filling(&Base::get_port_stat_counter_all32_ext)},
-        {"get_port_brief_stat_counter",
-         counting(&Base::get_port_brief_stat_counter, &Outputs::wide)},
-        {"get_port_brief_stat_counter32",
-         counting(&Base::get_port_brief_stat_counter32, &Outputs::number)},
+        {"get_port_stat_counter",
+         counting(&Base::get_port_stat_counter, &Outputs::wide),
+         {{"bcmx_stat_get"}}},
+        {"get_port_stat_counter32",
+         counting(&Base::get_port_stat_counter32, &Outputs::number),
+         {{"bcmx_stat_get32"}}},
+        {"get_port_stat_counter_all64",
+         listing(&Base::get_port_stat_counter_all64),
+         {{"bcmx_stat_get"}}},
+        {"get_port_stat_counter_all32",
+         listing(&Base::get_port_stat_counter_all32),
+         {{"bcmx_stat_get32"}}},
+        {"get_port_stat_counter_all64_ext",
+         filling(&Base::get_port_stat_counter_all64_ext),
+         {{"bcmx_stat_get"}}},
+        {"get_port_stat_counter_all32_ext",
+         filling(&Base::get_port_stat_counter_all32_ext),
+         {{"bcmx_stat_get32"}}},
         {"get_port_brief_stat_counter_all64", listing(&Base::get_port_brief_stat_counter_all64)},
         {"get_port_brief_stat_counter_all32", listing(&Base::get_port_brief_stat_counter_all32)},
     };
