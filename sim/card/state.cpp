@@ -58,6 +58,12 @@ TextTable drops_table()
     return drops_table(*chip);
 }
 
+DropCounters drop_counters()
+{
+    const ChipLock chip;
+    return chip->drops;
+}
+
 std::string state_digest()
 {
     const ChipLock chip;

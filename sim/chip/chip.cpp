@@ -18,7 +18,6 @@ std::string Chip::check_conservation() const
 std::uint64_t Chip::digest() const
 {
     Digest d;
-    d.add(now_us);
     d.add(ports);
     d.add(flood_block);
     d.add(vlans);

@@ -52,7 +52,7 @@ struct Chip {
 
     /// Empty when frames and copies balance, else a line that says what does not.
     std::string check_conservation() const;
-    /// Of everything that operator== compares.
+    /// Of everything but the time.
     std::uint64_t digest() const;
 
     bool operator==(const Chip&) const = default;

@@ -5,7 +5,6 @@
 #include <limits>
 
 #include <bcm/error.h>
-#include <bcm/l2.h>
 
 namespace vexosim {
 
@@ -21,16 +20,6 @@ std::uint32_t to_ms(std::uint64_t us)
 }
 
 } // namespace
-
-bool MacEntry::is_static() const
-{
-    return (flags & BCM_L2_STATIC) != 0;
-}
-
-bool MacEntry::on_trunk() const
-{
-    return (flags & BCM_L2_TRUNK_MEMBER) != 0;
-}
 
 bool MacEntry::same_place(const MacEntry& other) const
 {

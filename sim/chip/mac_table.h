@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include <bcm/l2.h>
+
 #include "sim/chip/digest.h"
 #include "sim/chip/port_set.h"
 #include "sim/chip/vlan_table.h"
@@ -15,12 +17,11 @@ namespace vexosim {
 /// 48 bits, the first byte on the wire is the highest.
 using MacAddress = std::uint64_t;
 
-constexpr MacAddress load_mac(const std::uint8_t* bytes)
+constexpr MacAddress load_mac(const std::uint8_t* b)
 {
-    MacAddress mac = 0;
-    for (int i = 0; i < 6; ++i)
-        mac = mac << 8 | bytes[i];
-    return mac;
+    std::uint32_t high = std::uint32_t{b[0]} << 24 | std::uint32_t{b[1]} << 16 |
+                         std::uint32_t{b[2]} << 8 | std::uint32_t{b[3]};
+    return MacAddress{high} << 16 | MacAddress{b[4]} << 8 | b[5];
 }
 
 constexpr void store_mac(MacAddress mac, std::uint8_t* bytes)
@@ -60,8 +61,8 @@ struct MacEntry {
 
     MacAddress mac() const { return key & kBroadcastMac; }
     int vid() const { return static_cast<int>(key >> 48); }
-    bool is_static() const;
-    bool on_trunk() const;
+    bool is_static() const { return (flags & BCM_L2_STATIC) != 0; }
+    bool on_trunk() const { return (flags & BCM_L2_TRUNK_MEMBER) != 0; }
     /// Same kind of destination, and same port or trunk.
     bool same_place(const MacEntry& other) const;
 

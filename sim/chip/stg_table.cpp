@@ -51,13 +51,6 @@ int StgTable::set_all(int port, int state)
     return BCM_E_NONE;
 }
 
-StpState StgTable::state(int group, int port) const
-{
-    const auto& bit = at(group).bit;
-    return static_cast<StpState>((bit[0].test(port) ? 1 : 0) | (bit[1].test(port) ? 2 : 0) |
-                                 (bit[2].test(port) ? 4 : 0));
-}
-
 void StgTable::digest(Digest& d) const
 {
     for (const Group& group : groups_)

@@ -30,7 +30,12 @@ public:
     int set_all(int port, int state);
 
     /// `group` is 1 to 255, `port` a port.
-    StpState state(int group, int port) const;
+    StpState state(int group, int port) const
+    {
+        const auto& bit = at(group).bit;
+        return static_cast<StpState>((bit[0].test(port) ? 1 : 0) | (bit[1].test(port) ? 2 : 0) |
+                                     (bit[2].test(port) ? 4 : 0));
+    }
     /// Ports that forward in the group; the CPU port always does.
     PortSet forwarding(int group) const { return at(group).bit[2] | PortSet{kCpuPort}; }
 

@@ -56,21 +56,28 @@ void apply_learning(Chip& chip, const Packet& p)
     chip.macs.learn(place, chip.now_us);
 }
 
-void send_form(Chip& chip, const Packet& p, PortSet ports, FrameView form, Outputs& outputs)
+/// @return the number of copies.
+std::uint64_t send_form(Chip& chip, const Packet& p, PortSet ports, FrameView form,
+                        Outputs& outputs)
 {
     std::uint32_t octets = wire_octets(form.size());
     std::size_t size_class = FrameCounters::size_class(octets);
     bool ip6_multicast = p.multicast() && p.ethertype == kIp6Type;
+    std::uint64_t copies = 0;
     for (int port : ports) {
+        ++copies;
         outputs.push(port, form);
         PortCounters& c = chip.counters[port];
         c.out.count(p.cast, octets, size_class);
         c.out_ip6_multicast += ip6_multicast ? 1 : 0;
     }
+    return copies;
 }
 
-void send_copies(Chip& chip, const Packet& p, Outputs& outputs)
+/// @return the number of copies.
+std::uint64_t send_copies(Chip& chip, const Packet& p, Outputs& outputs)
 {
+    std::uint64_t copies = 0;
     if (PortSet tagged = p.out - p.untagged; tagged.any()) {
         FrameView form = p.frame;
         if (!has_right_tag(p)) {
@@ -78,7 +85,7 @@ void send_copies(Chip& chip, const Packet& p, Outputs& outputs)
             write_tagged(p, memory);
             form = {memory, tagged_bytes(p)};
         }
-        send_form(chip, p, tagged, form, outputs);
+        copies += send_form(chip, p, tagged, form, outputs);
     }
     if (PortSet untagged = p.out & p.untagged; untagged.any()) {
         FrameView form = p.frame;
@@ -87,13 +94,15 @@ void send_copies(Chip& chip, const Packet& p, Outputs& outputs)
             write_untagged(p, memory);
             form = {memory, p.untagged_bytes()};
         }
-        send_form(chip, p, untagged, form, outputs);
+        copies += send_form(chip, p, untagged, form, outputs);
     }
+    return copies;
 }
 
 void count_lost_copies(Chip& chip, const Packet& p)
 {
     for (int port : p.too_long) {
+        ++chip.drops.copies_meant;
         ++chip.counters[port].out_discards;
         ++chip.counters[port].out_too_long;
         ++chip.drops.copies[static_cast<std::size_t>(DropReason::egress_too_long)];
@@ -120,13 +129,12 @@ void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
 {
     cpu.choose_queue(chip, p);
     DropCounters& drops = chip.drops;
-    std::uint64_t sent = static_cast<std::uint64_t>(p.out.count());
     ++drops.frames_in;
-    drops.copies_meant += sent + static_cast<std::uint64_t>(p.too_long.count());
-    drops.copies_sent += sent;
     count_arrival(chip.counters[p.in_port], p);
     apply_learning(chip, p);
-    send_copies(chip, p, outputs);
+    std::uint64_t sent = send_copies(chip, p, outputs);
+    drops.copies_meant += sent;
+    drops.copies_sent += sent;
     if (p.too_long.any()) [[unlikely]]
         count_lost_copies(chip, p);
     if (send_to_cpu(chip, cpu, p) || sent > 0) {
@@ -138,16 +146,39 @@ void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
         ++chip.counters[p.in_port].in_discards;
 }
 
+/// Frames between the one that is on its way and the one whose MAC entries are fetched.
+constexpr std::size_t kAhead = 6;
+
+/// Starts to fetch what the stages will read of the frames from `first` on.
+void fetch_ahead(const Chip& chip, int port, std::span<const FrameView> frames, std::size_t first,
+                 std::size_t count)
+{
+    for (std::size_t i = first; i < frames.size() && i < first + count; ++i) {
+        if (i + kAhead < frames.size())
+            __builtin_prefetch(frames[i + kAhead].data());
+        if (frames[i].size() < kHeaderBytes + kTagBytes)
+            continue;
+        const std::uint8_t* bytes = frames[i].data();
+        bool tagged = bytes[12] == kTagType >> 8 && bytes[13] == 0;
+        int tag_vid = tagged ? (bytes[14] & 15) << 8 | bytes[15] : 0;
+        int vid = tag_vid != 0 ? tag_vid : chip.ports[port].pvid;
+        chip.macs.prefetch(mac_key(load_mac(bytes), vid));
+        chip.macs.prefetch(mac_key(load_mac(bytes + 6), vid));
+    }
+}
+
 } // namespace
 
 void forward_batch(Chip& chip, CpuReceive& cpu, int chip_port, std::span<const FrameView> frames,
                    Outputs& outputs)
 {
-    for (FrameView frame : frames) {
+    fetch_ahead(chip, chip_port, frames, 0, kAhead);
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        fetch_ahead(chip, chip_port, frames, i + kAhead, 1);
         Packet p;
-        p.frame = frame;
+        p.frame = frames[i];
         p.in_port = chip_port;
-        run_stages(forwarding_stages(), chip, p);
+        run_forwarding_stages(chip, p);
         settle(chip, cpu, p, outputs);
     }
 }
@@ -164,7 +195,7 @@ void send_to_ports(Chip& chip, CpuReceive& cpu, FrameView frame, PortSet ports, 
     p.frame = frame;
     p.out = ports - PortSet{kCpuPort};
     p.untagged = untagged;
-    run_stages(direct_stages(), chip, p);
+    run_direct_stages(chip, p);
     settle(chip, cpu, p, outputs);
 }
 

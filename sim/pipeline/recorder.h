@@ -31,12 +31,18 @@ private:
     std::vector<Line> lines_;
 };
 
+template <class Text>
+[[gnu::noinline, gnu::cold]] void explain_traced(const Packet& p, const Text& text)
+{
+    p.recorder->note(text(p.recorder->names()));
+}
+
 /// Notes what `text`, given the names of ports, returns; does not call it unless traced.
 template <class Text>
-void explain(const Packet& p, Text&& text)
+void explain(const Packet& p, const Text& text)
 {
     if (p.recorder != nullptr) [[unlikely]]
-        p.recorder->note(text(p.recorder->names()));
+        explain_traced(p, text);
 }
 
 } // namespace vexosim

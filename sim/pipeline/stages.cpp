@@ -1,5 +1,8 @@
 #include "sim/pipeline/stages.h"
 
+#include <iterator>
+#include <utility>
+
 #include "sim/pipeline/recorder.h"
 
 namespace vexosim {
@@ -39,35 +42,44 @@ constexpr PipelineStage kDirect[] = {
     {"egress frame size", stage::egress_size},
 };
 
+[[gnu::noinline]] void end_way(Step step, Packet& p)
+{
+    if (step.kind != Step::Kind::kDrop)
+        return;
+    p.out = {};
+    p.drop = step.reason;
+    explain(p, [&](const PortNames&) { return std::string("dropped: ") + drop_text(step.reason); });
+}
+
+/// @return whether there is a way on.
+[[gnu::always_inline]] inline bool pass(const PipelineStage& stage, const Chip& chip, Packet& p)
+{
+    if (p.recorder != nullptr) [[unlikely]]
+        p.recorder->enter(stage.name);
+    Step step = stage.run(chip, p);
+    if (step.kind == Step::Kind::kNext) [[likely]]
+        return true;
+    end_way(step, p);
+    return false;
+}
+
+/// The loop over a table of stages, unrolled: each stage is then called directly.
+template <const auto& kStages, std::size_t... kIndex>
+void pass_all(const Chip& chip, Packet& p, std::index_sequence<kIndex...>)
+{
+    (void)(pass(kStages[kIndex], chip, p) && ...);
+}
+
 } // namespace
 
-std::span<const PipelineStage> forwarding_stages()
+void run_forwarding_stages(const Chip& chip, Packet& p)
 {
-    return kForwarding;
+    pass_all<kForwarding>(chip, p, std::make_index_sequence<std::size(kForwarding)>());
 }
 
-std::span<const PipelineStage> direct_stages()
+void run_direct_stages(const Chip& chip, Packet& p)
 {
-    return kDirect;
-}
-
-void run_stages(std::span<const PipelineStage> stages, const Chip& chip, Packet& p)
-{
-    for (const PipelineStage& stage : stages) {
-        if (p.recorder != nullptr) [[unlikely]]
-            p.recorder->enter(stage.name);
-        Step step = stage.run(chip, p);
-        if (step.kind == Step::Kind::kNext) [[likely]]
-            continue;
-        if (step.kind == Step::Kind::kDrop) {
-            p.out = {};
-            p.drop = step.reason;
-            explain(p, [&](const PortNames&) {
-                return std::string("dropped: ") + drop_text(step.reason);
-            });
-        }
-        return;
-    }
+    pass_all<kDirect>(chip, p, std::make_index_sequence<std::size(kDirect)>());
 }
 
 } // namespace vexosim

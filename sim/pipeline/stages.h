@@ -4,8 +4,6 @@
 /// stages and leaving out the effects.
 #pragma once
 
-#include <span>
-
 #include "sim/pipeline/packet.h"
 
 namespace vexosim {
@@ -48,13 +46,11 @@ Step egress_size(const Chip& chip, Packet& p);
 
 } // namespace stage
 
-/// All stages, in order.
-std::span<const PipelineStage> forwarding_stages();
-/// What a frame meets that the CPU sends through ports of its choice: `p.out` and `p.untagged` are
-/// set before.
-std::span<const PipelineStage> direct_stages();
-
-/// Takes a packet (its frame and in_port are set) through stages. Changes nothing but the packet.
-void run_stages(std::span<const PipelineStage> stages, const Chip& chip, Packet& p);
+/// Takes a packet (its frame and in_port are set) through all stages, in order. Changes nothing but
+/// the packet.
+void run_forwarding_stages(const Chip& chip, Packet& p);
+/// Through what a frame meets that the CPU sends through ports of its choice: `out` and `untagged`
+/// of the packet are set.
+void run_direct_stages(const Chip& chip, Packet& p);
 
 } // namespace vexosim

@@ -69,7 +69,7 @@ FrameTrace trace_frame(const Chip& chip, const CpuReceive& cpu, int chip_port, F
     p.frame = frame;
     p.in_port = chip_port;
     p.recorder = &recorder;
-    run_stages(forwarding_stages(), chip, p);
+    run_forwarding_stages(chip, p);
     cpu.choose_queue(chip, p);
     recorder.enter("result");
     recorder.note(result(p, names));

@@ -18,7 +18,10 @@ int group_of(const Packet& p)
 
 StpState stp_state(const Chip& chip, const Packet& p)
 {
-    return p.from_cpu() ? StpState::kForward : chip.stgs.state(group_of(p), p.in_port);
+    int group = group_of(p);
+    if (chip.stgs.forwarding(group).test(p.in_port)) [[likely]]
+        return StpState::kForward;
+    return chip.stgs.state(group, p.in_port);
 }
 
 } // namespace

@@ -71,4 +71,7 @@ struct DropCounters {
     bool operator==(const DropCounters&) const = default;
 };
 
+/// What became of all frames of the card so far.
+DropCounters drop_counters();
+
 } // namespace vexosim
