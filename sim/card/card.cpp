@@ -24,12 +24,17 @@ Card::~Card() = default;
 
 void Card::reset_chip()
 {
-    const std::uint64_t now = chip_->now_us;
-    chip_ = std::make_unique<Chip>();
-    chip_->now_us = now;
-    chip_->ports = PortTable(xe_ports());
-    if (profile.macs != chip_->macs.capacity())
-        chip_->macs = MacTable(profile.macs);
+    auto fresh = std::make_unique<Chip>();
+    fresh->now_us = chip_->now_us;
+    fresh->ports = PortTable(xe_ports());
+    if (profile.macs != fresh->macs.capacity())
+        fresh->macs = MacTable(profile.macs);
+    fresh->trunks = TrunkTable(profile.trunks);
+    fresh->field = FieldTable({profile.field_groups, profile.field_entries, profile.udfs});
+    fresh->l3_interfaces = L3InterfaceTable(profile.l3_interfaces);
+    fresh->l3_hosts = L3HostTable(profile.l3_hosts);
+    fresh->l3_routes = L3RouteTable(profile.l3_routes);
+    chip_ = std::move(fresh);
     background.link_scan.reset();
     background.l2_notifier.follow_table();
 }

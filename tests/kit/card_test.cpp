@@ -37,6 +37,7 @@ BareCardTest::BareCardTest()
     vexosim::use_manual_clock();
     vexosim::board::enable();
     attach_memory_wires();
+    vexosim::connect_wires();
 }
 
 BareCardTest::~BareCardTest()

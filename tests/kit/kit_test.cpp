@@ -82,6 +82,15 @@ TEST_F(Kit, CopiesForTheCpuAreSeen)
     EXPECT_NONFATAL_FAILURE(expect_to_cpu(bpdu(host1), 1, false), "copies for the CPU");
 }
 
+TEST_F(Kit, AFramePushedIntoAWireArrivesWhenTheClockDrains)
+{
+    take_sent();
+    wire(1).push(FrameView(broadcast(host1).tagged(10)));
+    EXPECT_TRUE(take_sent().empty());
+    drain();
+    EXPECT_EQ(take_sent().size(), 2u);
+}
+
 TEST_F(Kit, CallsAreThoseSinceTheLastTime)
 {
     sdk().delete_vlan(20);

@@ -3,7 +3,9 @@
 
 #include <bcm/init.h>
 #include <bcm/port.h>
+#include <bcmx/l2.h>
 #include <bcmx/lport.h>
+#include <bcmx/trunk.h>
 #include <bde/linux_bde.h>
 #include <sal/config.h>
 #include <sal/core.h>
@@ -374,6 +376,22 @@ TEST_F(StartUp, AProfileIsForACardThatIsDown)
     start_manager();
     ASSERT_EQ(soc_cm_device_create(kSwitch, 1, nullptr), 0);
     EXPECT_FALSE(set_profile(Profile{}));
+}
+
+TEST_F(StartUp, TablesHaveTheCapacitiesOfTheProfile)
+{
+    Profile profile;
+    profile.macs = 1;
+    profile.trunks = 2;
+    set_profile(profile);
+    bring_up();
+    bcmx_l2_addr_t entry{};
+    entry.lport = kFirstLport;
+    EXPECT_EQ(bcmx_l2_addr_add(&entry, nullptr), 0);
+    entry.mac[5] = 2;
+    EXPECT_EQ(bcmx_l2_addr_add(&entry, nullptr), BCM_E_FULL);
+    EXPECT_EQ(bcmx_trunk_create_id(1), 0);
+    EXPECT_EQ(bcmx_trunk_create_id(2), BCM_E_PARAM);
 }
 
 TEST_F(StartUp, PhysAnswerAtTheirAddresses)

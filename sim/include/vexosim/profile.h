@@ -27,7 +27,7 @@ struct Profile {
     bool learn_limits = true;    ///< learning limits exist
     bool led_ram_at_160 = false; ///< LED RAM for port data starts at 160, not 128
 
-    std::size_t vlans = 4094;
+    /// Capacities of the chip's tables.
     std::size_t macs = 32768;
     std::size_t trunks = 128;
     std::size_t l3_hosts = 8192;
