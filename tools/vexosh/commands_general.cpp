@@ -1,7 +1,7 @@
 #include <iostream>
-#include <thread>
 
 #include "tools/vexosh/call.h"
+#include "tools/vexosh/frame_words.h"
 #include "tools/vexosh/shell.h"
 
 namespace vexosh {
@@ -32,16 +32,21 @@ void help(Shell& shell, Words& words)
         wanted += (wanted.empty() ? "" : " ") + word;
     }
     bool found = false;
+    bool takes_frame = false;
     for (const Command* command : all_commands()) {
         const std::string_view begin = command->words;
         if (begin == wanted || begin.starts_with(wanted + " ")) {
             shell.out() << command->words << (*command->usage == '\0' ? "" : " ") << command->usage
                         << "\n    " << command->help << '\n';
             found = true;
+            takes_frame |= std::string_view(command->usage).find("FRAME") != std::string_view::npos;
         }
     }
     if (!found) {
         throw BadInput("no command '" + wanted + "'; help lists them all");
+    }
+    if (takes_frame) {
+        shell.out() << "FRAME is " << kFrameUsage << '\n';
     }
 }
 
