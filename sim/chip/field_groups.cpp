@@ -2,13 +2,16 @@
 #include <bcm/error.h>
 #include <bcm/field.h>
 
+#include <algorithm>
+
 #include "sim/chip/field_rules.h"
 #include "sim/chip/field_table.h"
 
 namespace vexosim {
 
 FieldTable::FieldTable(FieldCapacity capacity)
-    : capacity_(capacity), udfs_(capacity.udfs), controls_(BCM_FIELD_CONTROL_COUNT)
+    : capacity_(capacity), udfs_(std::min<std::size_t>(capacity.udfs, BCM_FIELD_USER_NUM_UDFS)),
+      controls_(BCM_FIELD_CONTROL_COUNT)
 {
 }
 

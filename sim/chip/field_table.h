@@ -12,7 +12,7 @@ namespace vexosim {
 struct FieldCapacity {
     std::size_t groups = 16;
     std::size_t entries = 16384;
-    std::size_t udfs = 93;
+    std::size_t udfs = 93; ///< 96 at most
 
     bool operator==(const FieldCapacity&) const = default;
 };

@@ -28,7 +28,7 @@ void drop_unless_member(int& port, const std::vector<int>& members)
 
 } // namespace
 
-TrunkTable::TrunkTable(std::size_t capacity) : trunks_(capacity)
+TrunkTable::TrunkTable(std::size_t capacity) : trunks_(std::min(capacity, kCapacity))
 {
     trunk_of_port_.fill(-1);
 }

@@ -32,6 +32,7 @@ class TrunkTable {
 public:
     static constexpr std::size_t kCapacity = 128;
 
+    /// At most 128.
     explicit TrunkTable(std::size_t capacity = kCapacity);
 
     /// FULL; PARAM: null.
