@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <tuple>
 
 #include "sim/chip/digest.h"
 #include "sim/chip/mac_table.h"
@@ -20,12 +21,14 @@ struct IpAddress {
     static IpAddress from_ip6(const std::uint8_t* ip6);
     std::uint32_t ip4() const;
 
-    int bits() const { return ip6 ? 128 : 32; }
     /// The address with only its first `length` bits.
     IpAddress masked(int length) const;
 
     bool operator==(const IpAddress&) const = default;
-    auto operator<=>(const IpAddress&) const = default;
+    bool operator<(const IpAddress& other) const
+    {
+        return std::tie(ip6, bytes) < std::tie(other.ip6, other.bytes);
+    }
     void digest(Digest& d) const
     {
         d.add(ip6);
@@ -44,7 +47,10 @@ struct IpPrefix {
     bool contains(const IpAddress& address) const { return address.masked(length) == net; }
 
     bool operator==(const IpPrefix&) const = default;
-    auto operator<=>(const IpPrefix&) const = default;
+    bool operator<(const IpPrefix& other) const
+    {
+        return std::tie(net, length) < std::tie(other.net, other.length);
+    }
     void digest(Digest& d) const
     {
         d.add(net);
