@@ -6,13 +6,10 @@
 #include <bcmx/l2.h>
 #include <bcmx/lport.h>
 #include <bcmx/trunk.h>
-#include <bde/linux_bde.h>
 #include <sal/config.h>
 #include <sal/core.h>
 #include <soc/cm.h>
 #include <soc/drv.h>
-#include <soc/phy.h>
-#include <soc/property.h>
 
 #include "tests/kit/kit.h"
 
@@ -43,13 +40,6 @@ soc_cm_device_vectors_t vectors()
 }
 
 struct StartUp : BareCardTest {
-    ibde_t* bus()
-    {
-        linux_bde_bus_t order{1, 0, 1};
-        ibde_t* made = nullptr;
-        EXPECT_EQ(linux_bde_create(&order, &made), 0);
-        return made;
-    }
     void start_manager()
     {
         soc_cm_init_t init{};
@@ -205,50 +195,6 @@ TEST_F(StartUp, WithoutACallbackEveryPortIsAccepted)
     EXPECT_EQ(chip_port_of(0), 1);
 }
 
-TEST_F(StartUp, PropertiesOfTheUnitComeFirst)
-{
-    make_unit();
-    EXPECT_EQ(soc_property_get_str(0, "size"), nullptr);
-    EXPECT_EQ(soc_property_get(0, "size", 5), 5u);
-    sal_config_set("size", "7");
-    EXPECT_EQ(soc_property_get(0, "size", 5), 7u);
-    sal_config_set("size.0", "0x10");
-    EXPECT_EQ(soc_property_get(0, "size", 5), 16u);
-    EXPECT_STREQ(soc_property_get_str(0, "size"), "0x10");
-    EXPECT_EQ(soc_property_get(1, "size", 5), 5u) << "no such unit";
-    sal_config_set("size.0", nullptr);
-    EXPECT_EQ(soc_property_get(0, "size", 5), 7u);
-}
-
-TEST_F(StartUp, APropertyThatIsNoNumberCountsAsNotSet)
-{
-    make_unit();
-    for (const char* const text : {"", "ten", "-1", "0x", "12k", "4294967296"}) {
-        set_property("size", text);
-        EXPECT_EQ(soc_property_get(0, "size", 5), 5u) << text;
-    }
-}
-
-TEST_F(StartUp, APortSetPropertyIsABitMap)
-{
-    make_unit();
-    set_property("ports", "0x800000000000000100000003");
-    const bcm_pbmp_t ports = soc_property_get_pbmp(0, "ports", 0);
-    EXPECT_EQ(ports.pbits[0], 3u);
-    EXPECT_EQ(ports.pbits[1], 1u);
-    EXPECT_EQ(ports.pbits[2], 0x80000000u);
-    set_property("ports", "0x1800000000000000100000003");
-    EXPECT_EQ(soc_property_get_pbmp(0, "ports", 0).pbits[0], 0u) << "longer than 96 bits";
-    EXPECT_EQ(soc_property_get_pbmp(0, "others", 1).pbits[1], 0x003fffffu);
-}
-
-TEST_F(StartUp, ASettingOfThePropertyStoreNeedsAName)
-{
-    EXPECT_LT(sal_config_set("", "x"), 0);
-    EXPECT_LT(sal_config_set(nullptr, "x"), 0);
-    EXPECT_EQ(sal_config_get(nullptr), nullptr);
-}
-
 TEST_F(StartUp, TheUnitsPortsAreByKind)
 {
     set_property("pbmp_xport_xe", "0x3c000000");
@@ -263,99 +209,6 @@ TEST_F(StartUp, TheUnitsPortsAreByKind)
     EXPECT_EQ(config.all.pbits[0], 0xffffffffu);
     EXPECT_EQ(config.cpu.pbits[0], 1u);
     EXPECT_EQ(config.fe.pbits[0], 0u);
-}
-
-TEST_F(StartUp, TheBusShowsTheDevicesOfTheProfile)
-{
-    Profile profile;
-    profile.devices = {{}, {0x1234, 2, false, true}};
-    ASSERT_TRUE(set_profile(profile));
-    ibde_t* const bde = bus();
-    EXPECT_EQ(bde->num_devices(0), 2);
-    EXPECT_EQ(bde->get_dev(0)->device, kSwitch);
-    EXPECT_EQ(bde->get_dev(1)->device, 0x1234);
-    EXPECT_EQ(bde->get_dev(1)->rev, 2);
-    EXPECT_EQ(bde->get_dev(1)->base_address, 0u) << "not mapped";
-    EXPECT_EQ(bde->get_dev(2), nullptr);
-    int pio = 9, packet = 9, other = 9;
-    bde->pci_bus_features(0, &pio, &packet, &other);
-    EXPECT_EQ(std::to_string(pio) + std::to_string(packet) + std::to_string(other), "101");
-}
-
-TEST_F(StartUp, MemoryAnswersWhereADeviceIsMapped)
-{
-    Profile profile;
-    profile.devices = {{}, {kSwitch, 1, true, false}};
-    set_profile(profile);
-    ibde_t* const bde = bus();
-    EXPECT_EQ(sal_memory_check(bde->get_dev(0)->base_address), 0);
-    EXPECT_LT(sal_memory_check(bde->get_dev(1)->base_address), 0) << "does not answer";
-    EXPECT_LT(sal_memory_check(0x10), 0);
-}
-
-TEST_F(StartUp, ABusDriverMayLackOperations)
-{
-    EXPECT_NE(bus()->sflush, nullptr);
-    Profile profile;
-    profile.bus_sflush = profile.bus_sinval = profile.bus_l2p = profile.bus_p2l = false;
-    set_profile(profile);
-    const ibde_t* const bde = bus();
-    EXPECT_EQ(bde->sflush, nullptr);
-    EXPECT_EQ(bde->sinval, nullptr);
-    EXPECT_EQ(bde->l2p, nullptr);
-    EXPECT_EQ(bde->p2l, nullptr);
-}
-
-TEST_F(StartUp, ABusDriverMayNotComeUp)
-{
-    Profile profile;
-    profile.bus_create_result = -3;
-    set_profile(profile);
-    linux_bde_bus_t order{1, 0, 1};
-    ibde_t* made = nullptr;
-    EXPECT_EQ(linux_bde_create(&order, &made), -3);
-    EXPECT_EQ(made, nullptr);
-}
-
-TEST_F(StartUp, RegistersAreTheSameMappedAndNot)
-{
-    ibde_t* const bde = bus();
-    EXPECT_EQ(bde->write(0, 0x1c00, 0x12345678), 0);
-    auto* const mapped = reinterpret_cast<volatile std::uint32_t*>(bde->get_dev(0)->base_address);
-    EXPECT_EQ(mapped[0x1c00 / 4], 0x12345678u);
-    mapped[0x1c04 / 4] = 0x81;
-    EXPECT_EQ(bde->read(0, 0x1c04), 0x81u);
-    EXPECT_EQ(led_data(1), 0x81);
-    EXPECT_EQ(bde->write(0, 0x4000, 1), -1) << "behind the last register";
-    EXPECT_EQ(bde->read(0, 0x4000), 0u);
-}
-
-TEST_F(StartUp, PciConfigurationAndMemoryCanBeReached)
-{
-    ibde_t* const bde = bus();
-    EXPECT_EQ(bde->pci_conf_read(0, 0) >> 16, kSwitch);
-    EXPECT_EQ(bde->pci_conf_write(0, 4, 6), 0);
-    EXPECT_EQ(bde->pci_conf_read(0, 4), 6u);
-    EXPECT_EQ(bde->pci_conf_write(1, 4, 6), -1);
-    void* const memory = bde->salloc(0, 32, "test");
-    ASSERT_NE(memory, nullptr);
-    EXPECT_EQ(bde->p2l(0, bde->l2p(0, memory)), memory);
-    EXPECT_EQ(bde->sflush(0, memory, 32) | bde->sinval(0, memory, 32), 0);
-    bde->sfree(0, memory);
-    EXPECT_EQ(live_dma_buffers(), 0u);
-}
-
-TEST_F(StartUp, TheLedProcessorTakesAProgramOfAtMost256Bytes)
-{
-    make_unit();
-    std::vector<std::uint8_t> program(257, 0x86);
-    EXPECT_EQ(soc_ledproc_config(0, program.data(), 257), BCM_E_PARAM);
-    EXPECT_EQ(soc_ledproc_config(0, program.data(), 0), BCM_E_PARAM);
-    EXPECT_EQ(soc_ledproc_config(0, nullptr, 4), BCM_E_PARAM);
-    EXPECT_EQ(soc_ledproc_config(1, program.data(), 4), BCM_E_UNIT);
-    EXPECT_TRUE(led_program().empty());
-    EXPECT_EQ(soc_ledproc_config(0, program.data(), 256), 0);
-    EXPECT_EQ(led_program().size(), 256u);
 }
 
 TEST_F(StartUp, FeaturesAreThoseOfTheProfile)
@@ -392,40 +245,6 @@ TEST_F(StartUp, TablesHaveTheCapacitiesOfTheProfile)
     EXPECT_EQ(bcmx_l2_addr_add(&entry, nullptr), BCM_E_FULL);
     EXPECT_EQ(bcmx_trunk_create_id(1), 0);
     EXPECT_EQ(bcmx_trunk_create_id(2), BCM_E_PARAM);
-}
-
-TEST_F(StartUp, PhysAnswerAtTheirAddresses)
-{
-    make_unit();
-    const std::uint8_t address = soc_phy_addr_of_port(0, 7);
-    std::uint16_t data = 0;
-    EXPECT_EQ(soc_miim_write(0, address, 5, 0xbeef), 0);
-    EXPECT_EQ(soc_miim_read(0, address, 5, &data), 0);
-    EXPECT_EQ(data, 0xbeef);
-    EXPECT_EQ(phy_register(7, 5), 0xbeef);
-    EXPECT_EQ(phy_register(8, 5), 0);
-    data = 3;
-    EXPECT_EQ(soc_miim_read(0, address, 32, &data), BCM_E_PARAM);
-    EXPECT_EQ(soc_miim_read(0, address, 5, nullptr), BCM_E_PARAM);
-    EXPECT_EQ(soc_miim_read(1, address, 5, &data), BCM_E_UNIT);
-    EXPECT_EQ(soc_miim_read(0, soc_phy_addr_of_port(0, 0), 5, &data), BCM_E_TIMEOUT) << "CPU port";
-    EXPECT_EQ(soc_miim_read(0, soc_phy_addr_of_port(0, 99), 5, &data), BCM_E_TIMEOUT);
-    EXPECT_EQ(data, 3);
-}
-
-TEST_F(StartUp, ShadowRegistersOfAPhyAreReachedThroughOneRegister)
-{
-    make_unit();
-    const std::uint8_t address = soc_phy_addr_of_port(0, 7);
-    std::uint16_t data = 0;
-    soc_miim_write(0, address, 0x1c, 0x8000 | 0x3400 | 0x0123);
-    soc_miim_write(0, address, 0x1c, 0x8000 | 0x3800 | 0x0001);
-    soc_miim_read(0, address, 0x1c, &data);
-    EXPECT_EQ(data, 0x3801);
-    soc_miim_write(0, address, 0x1c, 0x3400);
-    soc_miim_read(0, address, 0x1c, &data);
-    EXPECT_EQ(data, 0x3523) << "selecting changes nothing";
-    EXPECT_EQ(phy_shadow_register(7, 0x0d), 0x0123);
 }
 
 } // namespace
