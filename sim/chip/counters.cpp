@@ -161,27 +161,40 @@ int CounterTable::get(int port, int counter, std::uint64_t& value) const
     return BCM_E_NONE;
 }
 
+CounterTable::Short CounterTable::running(int port) const
+{
+    static_assert(bcmPortStatIngressPackets == 0 && bcmPortStatIngressBytes == 1 &&
+                  bcmPortStatEgressPackets == 2 && bcmPortStatEgressBytes == 3);
+    const PortCounters& c = (*this)[port];
+    return {c.in.frames(), c.in.octets, c.out.frames(), c.out.octets};
+}
+
 int CounterTable::get_short(int port, int counter, std::uint64_t& value) const
 {
     if (!is_chip_port(port))
         return BCM_E_PORT;
-    const PortCounters& c = (*this)[port];
-    switch (counter) {
-    case bcmPortStatIngressPackets:
-        value = c.in.frames();
-        return BCM_E_NONE;
-    case bcmPortStatIngressBytes:
-        value = c.in.octets;
-        return BCM_E_NONE;
-    case bcmPortStatEgressPackets:
-        value = c.out.frames();
-        return BCM_E_NONE;
-    case bcmPortStatEgressBytes:
-        value = c.out.octets;
-        return BCM_E_NONE;
-    default:
+    if (counter < 0 || counter >= bcmPortStatCount)
         return BCM_E_PARAM;
-    }
+    auto p = static_cast<std::size_t>(port), i = static_cast<std::size_t>(counter);
+    value = (stopped_.test(port) ? stopped_at_[p][i] : running(port)[i]) - missed_[p][i];
+    return BCM_E_NONE;
+}
+
+int CounterTable::set_short_enable(int port, int enable)
+{
+    if (!is_chip_port(port))
+        return BCM_E_PORT;
+    if (enable != 0 && enable != 1)
+        return BCM_E_PARAM;
+    if (stopped_.test(port) == (enable == 0))
+        return BCM_E_NONE;
+    auto p = static_cast<std::size_t>(port);
+    Short now = running(port);
+    for (std::size_t i = 0; enable == 1 && i < now.size(); ++i)
+        missed_[p][i] += now[i] - stopped_at_[p][i];
+    stopped_at_[p] = now;
+    stopped_.assign(port, enable == 0);
+    return BCM_E_NONE;
 }
 
 int CounterTable::clear(int port)
@@ -189,7 +202,17 @@ int CounterTable::clear(int port)
     if (!is_chip_port(port))
         return BCM_E_PORT;
     (*this)[port] = PortCounters{};
+    stopped_at_[static_cast<std::size_t>(port)] = {};
+    missed_[static_cast<std::size_t>(port)] = {};
     return BCM_E_NONE;
+}
+
+void CounterTable::digest(Digest& d) const
+{
+    d.add(ports_);
+    d.add(stopped_);
+    d.add(stopped_at_);
+    d.add(missed_);
 }
 
 } // namespace vexosim

@@ -83,14 +83,23 @@ public:
     int get(int port, int counter, std::uint64_t& value) const;
     /// A counter of the short set (bcm_port_stat_t). PORT; PARAM.
     int get_short(int port, int counter, std::uint64_t& value) const;
+    /// While 0, the port's short set stands still. PORT; PARAM: neither 0 nor 1.
+    int set_short_enable(int port, int enable);
     /// Sets all counters of the port to 0, of both sets. PORT.
     int clear(int port);
 
     bool operator==(const CounterTable&) const = default;
-    void digest(Digest& d) const { d.add(ports_); }
+    void digest(Digest& d) const;
 
 private:
+    /// The short set of a port: what it would be had it never stood still.
+    using Short = std::array<std::uint64_t, 4>;
+    Short running(int port) const;
+
     std::array<PortCounters, kPortCount> ports_;
+    PortSet stopped_;
+    std::array<Short, kPortCount> stopped_at_{}; ///< running() when the set was stopped
+    std::array<Short, kPortCount> missed_{};     ///< what it missed when it was stopped before
 };
 
 } // namespace vexosim

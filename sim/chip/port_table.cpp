@@ -17,8 +17,7 @@ void PortAbility::digest(Digest& d) const
 
 void PortConfig::digest(Digest& d) const
 {
-    for (bool flag :
-         {enable, autoneg, duplex_full, pause_tx, pause_rx, jam, bpdu_enable, stat_enable})
+    for (bool flag : {enable, autoneg, duplex_full, pause_tx, pause_rx, jam, bpdu_enable})
         d.add(flag);
     for (int value : {speed, frame_max, pvid, priority})
         d.add(value);
@@ -182,11 +181,6 @@ int PortTable::set_learn(int port, std::uint32_t flags)
 int PortTable::set_bpdu_enable(int port, int enable)
 {
     return set_flag(port, enable, &PortConfig::bpdu_enable);
-}
-
-int PortTable::set_stat_enable(int port, int enable)
-{
-    return set_flag(port, enable, &PortConfig::stat_enable);
 }
 
 PortAbility PortTable::local_ability(int port) const

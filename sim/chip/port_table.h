@@ -33,11 +33,10 @@ struct PortConfig {
     bool pause_rx = false;
     bool jam = false;
     bool bpdu_enable = true; ///< frames to reserved bridge group addresses go to the CPU
-    bool stat_enable = true;
-    int speed = 1000;     ///< Mb/s
-    int frame_max = 1518; ///< bytes with the FCS, one tag not counted
-    int pvid = 1;         ///< VLAN of untagged frames
-    int priority = 0;     ///< of untagged frames
+    int speed = 1000;        ///< Mb/s
+    int frame_max = 1518;    ///< bytes with the FCS, one tag not counted
+    int pvid = 1;            ///< VLAN of untagged frames
+    int priority = 0;        ///< of untagged frames
     DiscardMode discard = DiscardMode::kNone;
     std::uint8_t vlan_member = 0; ///< BCM_PORT_VLAN_MEMBER_*
     std::uint8_t learn = 5;       ///< BCM_PORT_LEARN_*
@@ -91,7 +90,6 @@ public:
     int set_vlan_member(int port, std::uint32_t flags);
     int set_learn(int port, std::uint32_t flags);
     int set_bpdu_enable(int port, int enable);
-    int set_stat_enable(int port, int enable);
     /// What the port can do.
     PortAbility local_ability(int port) const;
     /// PARAM: a speed, duplex or medium that the port does not have.

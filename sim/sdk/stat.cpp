@@ -57,7 +57,7 @@ extern "C" int bcmx_stat_get32(bcmx_lport_t port, bcm_stat_val_t type, uint32_t*
 extern "C" int bcmx_port_stat_enable_set(bcmx_lport_t port, int enable)
 {
     return port_call("bcmx_port_stat_enable_set", port, args(Lport{port}, enable),
-                     [&](Chip& chip, int p) { return chip.ports.set_stat_enable(p, enable); });
+                     [&](Chip& chip, int p) { return chip.counters.set_short_enable(p, enable); });
 }
 
 extern "C" int bcmx_port_stat_get(bcmx_lport_t port, bcm_port_stat_t stat, uint64_t* value)

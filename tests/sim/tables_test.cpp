@@ -277,5 +277,32 @@ TEST(CounterTable, UnknownCountersAndPortsAreRefused)
     EXPECT_EQ(value, 0u);
 }
 
+TEST(CounterTable, TheShortSetStandsStillWhileItIsDisabled)
+{
+    CounterTable t;
+    auto shown = [&](int counter) {
+        std::uint64_t value = 0;
+        EXPECT_EQ(t.get_short(1, counter, value), BCM_E_NONE);
+        return value;
+    };
+    t[1].out.count(Cast::kUnicast, 64, 0);
+    EXPECT_EQ(t.set_short_enable(1, 2), BCM_E_PARAM);
+    EXPECT_EQ(t.set_short_enable(54, 0), BCM_E_PORT);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(t.set_short_enable(1, 0), BCM_E_NONE);
+        t[1].out.count(Cast::kUnicast, 100, 1);
+        EXPECT_EQ(shown(3), 64u);
+        EXPECT_EQ(t.set_short_enable(1, 1), BCM_E_NONE);
+        EXPECT_EQ(shown(3), 64u);
+    }
+    t[1].out.count(Cast::kUnicast, 65, 1);
+    EXPECT_EQ(shown(2), 2u);
+    EXPECT_EQ(shown(3), 129u);
+    EXPECT_EQ(t[1].stat(7), 4u) << "the full set does not stop";
+    t.set_short_enable(1, 0);
+    t.clear(1);
+    EXPECT_EQ(shown(3), 0u);
+}
+
 } // namespace
 } // namespace vexosim
