@@ -104,6 +104,17 @@ TEST(Parse, TheOuterOfTwoTagsNamesTheVlanAndTheInnerOneIsData)
     EXPECT_EQ(path.outputs.frames(2)[0].size(), 64u);
 }
 
+TEST(FrameSize, AFrameAtTheMaximumEntersWithAndWithoutATag)
+{
+    Path path;
+    path.only({1, 2});
+    path.vlan(10, {1, 2});
+    path.chip.ports.set_frame_max(1, 64);
+    EXPECT_EQ(path.send(1, TestFrame(kHostB, kHostA, 60)), "2");
+    EXPECT_EQ(path.send(1, TestFrame(kHostB, kHostA, 60).tag(10)), "2:v10");
+    EXPECT_EQ(path.send(1, TestFrame(kHostB, kHostA, 60).tag(0)), "2");
+}
+
 TEST(Parse, VlanTagsOfOtherTypesAreData)
 {
     Path path;

@@ -54,6 +54,19 @@ TEST_F(Text, ATraceEndsWithTheReason)
               "result             dropped, stp_blocking: spanning tree blocks the ingress port\n");
 }
 
+TEST_F(Text, ATraceTellsThatAStaticEntryStays)
+{
+    MacEntry e;
+    e.key = mac_key(kHostA, 1);
+    e.port = 3;
+    e.flags = BCM_L2_STATIC;
+    chip.macs.add(e, false, 0);
+    std::string text = trace(1, kToAll);
+    EXPECT_NE(text.find("00:aa:00:00:00:01 has a static entry at port 33; not learned\n"),
+              std::string::npos)
+        << text;
+}
+
 TEST_F(Text, ATraceTellsWhyTheCpuGetsACopy)
 {
     EXPECT_TRUE(trace(1, TestFrame(kBridgeGroup, kHostA))
