@@ -1,5 +1,5 @@
 # Sourced by the other scripts. Every function fails with the log of what failed, and is otherwise
-# brief: a line for what it does, and ninja's progress.
+# short: a line for what it does, and ninja's progress.
 
 jobs=$(nproc)
 

@@ -143,7 +143,7 @@ struct OpenedWire {
     std::string error;
 };
 
-/// Opens what a specification names:
+/// Opens what a text names:
 /// - `tap:NAME` a TAP interface, created if missing; carries tags and checksums unchanged and
 ///   carrier both ways;
 /// - `veth:NAME` a packet socket on an existing Ethernet interface. Turn the far end's offloads off
