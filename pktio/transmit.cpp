@@ -30,7 +30,7 @@ class DmaBuffer {
 public:
     DmaBuffer()
     {
-        char description[] = "VEXON BCMSDK"; // a copy of our own, for an SDK that keeps it
+        char description[] = "VEXON BCMSDK"; // a local copy, for an SDK that writes to it
         bytes_ = static_cast<uint8_t*>(sal_dma_alloc(buffer_bytes, description));
     }
     ~DmaBuffer()
