@@ -73,11 +73,11 @@ TEST_F(PortSettings, CountersThatThereAreNotAreRefused)
 {
     std::uint64_t wide = 5;
     std::uint32_t narrow = 5;
-    for (const int bad : {-1, static_cast<int>(snmpValCount)}) {
+    for (const int bad : {static_cast<int>(snmpValCount), 127}) { // 127: the last the enum can hold
         EXPECT_EQ(bcmx_stat_get(port, static_cast<bcm_stat_val_t>(bad), &wide), BCM_E_PARAM);
         EXPECT_EQ(bcmx_stat_get32(port, static_cast<bcm_stat_val_t>(bad), &narrow), BCM_E_PARAM);
     }
-    for (const int bad : {-1, static_cast<int>(bcmPortStatCount)}) {
+    for (const int bad : {static_cast<int>(bcmPortStatCount), 7}) { // likewise 7
         EXPECT_EQ(bcmx_port_stat_get(port, static_cast<bcm_port_stat_t>(bad), &wide), BCM_E_PARAM);
         EXPECT_EQ(bcmx_port_stat_get32(port, static_cast<bcm_port_stat_t>(bad), &narrow),
                   BCM_E_PARAM);

@@ -18,6 +18,8 @@
 
 namespace {
 
+const std::thread::id test_thread = std::this_thread::get_id();
+
 /// Counts what handlers were told, and lets a test wait for it.
 class Counter {
 public:
@@ -26,7 +28,7 @@ public:
         {
             const std::lock_guard lock(mutex_);
             ++count_;
-            other_thread_ = std::this_thread::get_id() != test_thread_;
+            other_thread_ = std::this_thread::get_id() != test_thread;
         }
         changed_.notify_all();
     }
@@ -35,14 +37,17 @@ public:
         std::unique_lock lock(mutex_);
         return changed_.wait_for(lock, 60s, [&] { return count_ >= wanted; });
     }
-    bool on_another_thread() const { return other_thread_; }
+    bool on_another_thread()
+    {
+        const std::lock_guard lock(mutex_);
+        return other_thread_;
+    }
 
 private:
     std::mutex mutex_;
     std::condition_variable changed_;
     int count_ = 0;
     bool other_thread_ = false;
-    const std::thread::id test_thread_ = std::this_thread::get_id();
 };
 
 Counter& links()
