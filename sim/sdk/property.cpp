@@ -17,7 +17,7 @@ uint32_t number(const char* text, uint32_t default_value)
         return default_value;
     char* end = nullptr;
     const bool hexadecimal = text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
-    const unsigned long value = std::strtoul(text, &end, hexadecimal ? 16 : 10);
+    const unsigned long long value = std::strtoull(text, &end, hexadecimal ? 16 : 10);
     return *end == '\0' && value <= 0xFFFFFFFFul ? static_cast<uint32_t>(value) : default_value;
 }
 

@@ -91,7 +91,6 @@ struct Threads : testing::Test {
     {
         board::enable();
         set_property("bcm_linkscan_interval", "2000");
-        attach_memory_wires();
         // The driver prints where it keeps LEDs, on the link-scan thread: leave that on the output.
         vexosdk_create_sdk_instance();
         bcmx_linkscan_register(hear_link);
@@ -100,6 +99,7 @@ struct Threads : testing::Test {
         bcm_rx_init(0); // the driver's handler would handle every packet
         bcm_rx_register(0, "hear", hear_packet, 255, nullptr, 0xff);
         bcm_rx_start(0, nullptr);
+        attach_memory_wires(); // last, so that no link comes up unheard
     }
     // The instance stays, as it does in a program that ends: its threads still use it.
 

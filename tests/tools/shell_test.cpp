@@ -45,8 +45,8 @@ protected:
     /// A script in a file of its own.
     static std::string script(const std::string& text)
     {
-        const std::string path = testing::TempDir() + "vexosh_script_" +
-                                 testing::UnitTest::GetInstance()->current_test_info()->name();
+        std::string path = testing::TempDir() + "vexosh_script_" +
+                           testing::UnitTest::GetInstance()->current_test_info()->name();
         std::ofstream(path) << text;
         return path;
     }

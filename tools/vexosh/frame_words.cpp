@@ -197,7 +197,7 @@ Words name_values(const std::vector<std::string>& words)
             throw BadInput("unknown word '" + word + "' in a frame; try " + kFrameUsage);
         }
         if (equals == std::string::npos && name != "icmp") {
-            throw BadInput("'" + name + "' wants a value: " + name + "=...");
+            throw BadInput("'" + name + "' wants a value, as in " + name + "=...");
         }
         if (!result.emplace(name, equals == std::string::npos ? "" : word.substr(equals + 1))
                  .second) {

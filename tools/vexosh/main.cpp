@@ -1,6 +1,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <cstdio>
 #include <iostream>
 
 #include "tools/vexosh/shell.h"
@@ -43,7 +44,7 @@ void run(vexosh::Shell& shell, const Options& options)
 } // namespace
 
 int main(int argc, char** argv)
-{
+try {
     CLI::App app{"vexosh: a simulated line card under its driver, at a prompt"};
     Options options;
     app.add_option("-a,--attach", options.attach,
@@ -57,17 +58,15 @@ int main(int argc, char** argv)
     if (options.manual_clock) {
         vexosim::use_manual_clock();
     }
-    try {
-        vexosh::Session session(std::cout);
-        if (!options.manual_clock) {
-            vexosim::start_wires();
-        }
-        vexosh::Shell shell(session);
-        run(shell, options);
-        return 0;
-    } catch (const std::exception& problem) {
-        std::cout.flush();
-        std::cerr << "vexosh: " << problem.what() << std::endl;
-        return 1;
+    vexosh::Session session(std::cout);
+    if (!options.manual_clock) {
+        vexosim::start_wires();
     }
+    vexosh::Shell shell(session);
+    run(shell, options);
+    return 0;
+} catch (const std::exception& problem) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "vexosh: %s\n", problem.what());
+    return 1;
 }
