@@ -110,7 +110,7 @@ TEST(FrameWords, ErrorsNameTheWord)
     EXPECT_EQ(error_of("src=1"),
               "bad MAC address '1': six bytes like 02:00:00:00:00:01 are wanted");
     EXPECT_EQ(error_of("ip=192.0.2.1"), "bad ip '192.0.2.1': FROM>TO is wanted");
-    EXPECT_EQ(error_of("src"), "'src' wants a value: src=...");
+    EXPECT_EQ(error_of("src"), "'src' wants a value, as in src=...");
     EXPECT_EQ(error_of("len=1 len=2"), "'len' stands twice in a frame");
     EXPECT_EQ(error_of("colour=red").substr(0, 33), "unknown word 'colour=red' in a fr");
     EXPECT_EQ(error_of("").substr(0, 20), "a frame is wanted: s");
