@@ -35,8 +35,10 @@ int get_priority(const Chip& chip, bcm_field_entry_t id, int* prio)
 /// Reads a counter into a narrower output, which keeps the low bits.
 int get_counter32(const Chip& chip, bcm_field_entry_t entry, int counter, std::uint32_t* value)
 {
+    if (value == nullptr)
+        return BCM_E_PARAM;
     std::uint64_t packets = 0;
-    const int rc = chip.field.count(entry, counter, value == nullptr ? nullptr : &packets);
+    const int rc = chip.field.count(entry, counter, &packets);
     if (rc == BCM_E_NONE)
         *value = static_cast<std::uint32_t>(packets);
     return rc;

@@ -20,8 +20,6 @@
 
 namespace {
 
-using vexosim::Fault;
-
 void expect_lines(const std::string& text, std::size_t lines)
 {
     EXPECT_EQ(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')), lines) << text;

@@ -1,12 +1,15 @@
 #include "platform/hwutil.h"
 
 #include <bcm/error.h>
+#include <bcm/rx.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <iterator>
 
 #include "platform/port_map.h"
+#include "sim/card/card.h"
+#include "sim/chip/chip.h"
 #include "vexosim/board.h"
 #include "vexosim/calls.h"
 #include "vexosim/card.h"
@@ -169,6 +172,18 @@ TEST_F(CardInsert, SaysThatBpdusCannotBeMapped)
     EXPECT_EQ(after("bcm_rx_queue_channel_set"),
               "bcm_rx_queue_channel_set(0, 3, 3)\n"
               "bcm_rx_cosq_mapping_set(0, 0, reasons:[2], reasons:[2], 0, 0, 0, 0, 7)\n");
+}
+
+TEST_F(CardInsert, LeavesTheBpdusMappingInTheEntryThatBothUse)
+{
+    constexpr int bpdus = 7;
+    constexpr int otherwise = 0;
+    EXPECT_TRUE(vexo_hwutil_card_insert());
+    const vexosim::ChipLock chip;
+    EXPECT_EQ(chip->cpu.queue_of(1u << bcmRxReasonBpdu, 0, otherwise), bpdus);
+    EXPECT_EQ(chip->cpu.queue_of(1u << bcmRxReasonArp, 0, otherwise), otherwise);
+    EXPECT_EQ(chip->cpu.channel_of(bpdus), 2);
+    EXPECT_EQ(chip->cpu.channel_of(3), 3);
 }
 
 TEST_F(CardInsert, UsesTheChosenUnit)
