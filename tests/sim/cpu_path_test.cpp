@@ -371,6 +371,9 @@ TEST_F(CpuPath, ChosenPortsSendWhateverTheTablesSay)
     EXPECT_EQ(outputs.frames(5)[0].size(), 64u);
     EXPECT_EQ(chip.macs.size(), 0u) << "nothing is learned";
 
+    EXPECT_EQ(send_list(kToB, {3}, {}), (PortSet{3}));
+    EXPECT_EQ(outputs.frames(3)[0].size(), 60u) << "a frame without a tag gets none";
+
     chip.ports.set_link(3, false);
     EXPECT_EQ(send_list(frame, {3, 5}, {}), (PortSet{5}));
     EXPECT_EQ(send_list(frame, {3}, {}), PortSet{});

@@ -161,6 +161,14 @@ TEST_F(Destination, APortDropsCopiesLongerThanItsMaximum)
     EXPECT_EQ(send(1, TestFrame(kBroadcastMac, kHostA, 60).tag(5).tag(10)), "drop:egress_too_long");
 }
 
+TEST_F(Destination, AnInnerTagThatIsLeftAloneIsNotCountedEither)
+{
+    chip.ports.set_frame_max(2, 64);
+    vlan(10, {1}, {2});
+    EXPECT_EQ(send(1, TestFrame(kBroadcastMac, kHostA, 60).tag(5).tag(10)), "2:v5");
+    EXPECT_EQ(send(1, TestFrame(kBroadcastMac, kHostA, 61).tag(5).tag(10)), "drop:egress_too_long");
+}
+
 TEST_F(Destination, CountersCountTheFcsAndThePadding)
 {
     send(1, TestFrame(kBroadcastMac, kHostA, 42));

@@ -102,6 +102,17 @@ TEST(MacTable, BulkDeletesTakeTheirScopeAndLeaveStaticEntriesUnlessTold)
     EXPECT_EQ(table.erase_by_trunk(5, true), 1u);
 }
 
+TEST(MacTable, DeletingThePortThatTrunkEntriesNameLeavesThemAlone)
+{
+    MacTable table;
+    table.learn(on_trunk(1, 1, 5), 0);
+    table.learn(at(2, 1, 0), 0);
+    table.learn(on_trunk(3, 1, 5), 0);
+    EXPECT_EQ(table.erase_by_port(0, true), 1u);
+    EXPECT_EQ(table.find(mac_key(2, 1)), nullptr);
+    EXPECT_EQ(table.count_trunk(5), 2u);
+}
+
 TEST(MacTable, DeletingByAddressReachesEveryVlan)
 {
     MacTable table;

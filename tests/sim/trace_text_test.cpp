@@ -152,6 +152,22 @@ TEST(DropReasons, EveryReasonHasAName)
     EXPECT_STREQ(drop_text(DropReason::cpu_queue_full), "the CPU's queue is full");
 }
 
+TEST(DropCounters, AFrameOrACopyTooManyIsNoticed)
+{
+    Chip chip;
+    EXPECT_EQ(chip.check_conservation(), "");
+    chip.drops.frames_in = 1;
+    EXPECT_EQ(
+        chip.check_conservation(),
+        "frames: 1 in, 0 delivered, 0 dropped; copies: 0 meant, 0 sent, 0 to the CPU, 0 dropped");
+    chip.drops.frames[1] = 1;
+    EXPECT_EQ(chip.check_conservation(), "");
+    chip.drops.copies_sent = 1;
+    EXPECT_NE(chip.check_conservation(), "");
+    chip.drops.copies_meant = 1;
+    EXPECT_EQ(chip.check_conservation(), "");
+}
+
 TEST(Chips, ACopyIsEqualUntilOneOfThemChanges)
 {
     Chip a, b;
