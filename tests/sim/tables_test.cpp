@@ -52,6 +52,7 @@ TEST(VlanTable, AddingAMemberAgainMayUntagItAndNeverTagsIt)
     EXPECT_EQ(t[10].untagged, PortSet{1});
     EXPECT_EQ(t.add_ports(10, {4}, {5}), BCM_E_NONE);
     EXPECT_EQ(t[10].members, (PortSet{1, 2, 4})) << "untagged alone makes no member";
+    EXPECT_EQ(t[10].untagged, PortSet{1});
 }
 
 TEST(VlanTable, PortsThatAreNoneChangeNothing)
