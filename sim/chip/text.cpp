@@ -1,5 +1,7 @@
 #include "sim/chip/text.h"
 
+#include <arpa/inet.h>
+
 namespace vexosim {
 
 std::string mac_text(MacAddress mac)
@@ -12,6 +14,27 @@ std::string mac_text(MacAddress mac)
         if (shift > 0)
             text += ':';
     }
+    return text;
+}
+
+std::string ip4_text(const std::uint8_t* address)
+{
+    char text[INET_ADDRSTRLEN] = {};
+    return ::inet_ntop(AF_INET, address, text, sizeof text);
+}
+
+std::string ip6_text(const std::uint8_t* address)
+{
+    char text[INET6_ADDRSTRLEN] = {};
+    return ::inet_ntop(AF_INET6, address, text, sizeof text);
+}
+
+std::string hex_text(std::uint64_t value, int digits)
+{
+    static constexpr char kDigits[] = "0123456789abcdef";
+    std::string text(static_cast<std::size_t>(digits), '0');
+    for (std::size_t i = text.size(); i-- > 0; value >>= 4)
+        text[i] = kDigits[value & 15];
     return text;
 }
 

@@ -10,6 +10,11 @@ namespace vexosim {
 
 /// As in "00:11:22:aa:bb:cc".
 std::string mac_text(MacAddress mac);
+/// An IPv4 or IPv6 address, as in "192.0.2.1" and "2001:db8::1".
+std::string ip4_text(const std::uint8_t* address);
+std::string ip6_text(const std::uint8_t* address);
+/// The lowest digits of a number in hexadecimal.
+std::string hex_text(std::uint64_t value, int digits);
 /// "port 5", "the CPU" or "trunk 3", given the name of the entry's port.
 std::string place_text(const MacEntry& entry, const std::string& port_name);
 

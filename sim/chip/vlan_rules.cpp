@@ -35,10 +35,14 @@ int put(Map& rules, std::size_t capacity, const typename Map::key_type& key, Vla
 void clear_host_bits(VlanSubnet& subnet)
 {
     const int first = subnet.ip6 ? subnet.prefix : 96 + subnet.prefix;
-    for (int bit = first; bit < 128; ++bit) {
-        std::uint8_t& byte = subnet.address[static_cast<std::size_t>(bit / 8)];
-        byte = static_cast<std::uint8_t>(byte & ~(0x80 >> bit % 8));
+    auto byte = static_cast<std::size_t>(first / 8);
+    if (first % 8 != 0) {
+        subnet.address[byte] =
+            static_cast<std::uint8_t>(subnet.address[byte] & 0xff00 >> first % 8);
+        ++byte;
     }
+    std::fill(subnet.address.begin() + static_cast<std::ptrdiff_t>(byte), subnet.address.end(),
+              std::uint8_t{0});
 }
 
 auto same_frames(int frame_type, std::uint16_t ethertype)
@@ -54,14 +58,22 @@ int VlanRules::add_mac(MacAddress mac, VlanAssignment vlan)
 {
     if (is_multicast(mac) || !is_valid(vlan))
         return BCM_E_PARAM;
-    return put(by_mac_, kMacRules, mac, vlan);
+    const int rc = put(by_mac_, kMacRules, mac, vlan);
+    if (rc == BCM_E_NONE)
+        ports_ = PortSet::all();
+    return rc;
 }
 
 int VlanRules::add_subnet(const VlanSubnet& subnet, VlanAssignment vlan)
 {
     VlanSubnet network = subnet;
     clear_host_bits(network);
-    return is_valid(vlan) ? put(by_subnet_, kSubnetRules, network, vlan) : BCM_E_PARAM;
+    const int rc = is_valid(vlan) ? put(by_subnet_, kSubnetRules, network, vlan) : BCM_E_PARAM;
+    if (rc == BCM_E_NONE) {
+        lengths(network.ip6).set(static_cast<std::size_t>(network.prefix));
+        ports_ = PortSet::all();
+    }
+    return rc;
 }
 
 int VlanRules::add_ip4(std::uint32_t address, std::uint32_t mask, VlanAssignment vlan)
@@ -97,7 +109,15 @@ int VlanRules::add_protocol(int port, const ProtocolVlan& rule)
         rules.push_back(rule);
     else
         *same = rule;
+    note_protocols(port);
     return BCM_E_NONE;
+}
+
+/// Rules by address and subnet are never taken away, and apply at all ports.
+void VlanRules::note_protocols(int port)
+{
+    if (by_mac_.empty() && by_subnet_.empty())
+        ports_.assign(port, !by_protocol_[static_cast<std::size_t>(port)].empty());
 }
 
 int VlanRules::delete_protocol(int port, int frame_type, std::uint16_t ethertype)
@@ -105,8 +125,10 @@ int VlanRules::delete_protocol(int port, int frame_type, std::uint16_t ethertype
     if (!is_chip_port(port))
         return BCM_E_PORT;
     auto& rules = by_protocol_[static_cast<std::size_t>(port)];
-    return std::erase_if(rules, same_frames(frame_type, ethertype)) == 0 ? BCM_E_NOT_FOUND
-                                                                         : BCM_E_NONE;
+    if (std::erase_if(rules, same_frames(frame_type, ethertype)) == 0)
+        return BCM_E_NOT_FOUND;
+    note_protocols(port);
+    return BCM_E_NONE;
 }
 
 int VlanRules::delete_all_protocols(int port)
@@ -114,7 +136,38 @@ int VlanRules::delete_all_protocols(int port)
     if (!is_chip_port(port))
         return BCM_E_PORT;
     by_protocol_[static_cast<std::size_t>(port)].clear();
+    note_protocols(port);
     return BCM_E_NONE;
+}
+
+const VlanAssignment* VlanRules::find_mac(MacAddress mac) const
+{
+    const auto found = by_mac_.find(mac);
+    return found == by_mac_.end() ? nullptr : &found->second;
+}
+
+VlanRules::SubnetRules::const_pointer VlanRules::find_subnet(bool ip6,
+                                                             const std::uint8_t* address) const
+{
+    const std::size_t bytes = ip6 ? 16 : 4;
+    VlanSubnet subnet{ip6, {}, ip6 ? 128 : 32};
+    std::copy_n(address, bytes, subnet.address.end() - static_cast<std::ptrdiff_t>(bytes));
+    for (; subnet.prefix >= 0; --subnet.prefix) {
+        if (!lengths(ip6).test(static_cast<std::size_t>(subnet.prefix)))
+            continue;
+        clear_host_bits(subnet);
+        if (const auto found = by_subnet_.find(subnet); found != by_subnet_.end())
+            return &*found;
+    }
+    return nullptr;
+}
+
+const ProtocolVlan* VlanRules::find_protocol(int port, int frame_type,
+                                             std::uint16_t ethertype) const
+{
+    const auto& rules = by_protocol_[static_cast<std::size_t>(port)];
+    const auto found = std::ranges::find_if(rules, same_frames(frame_type, ethertype));
+    return found == rules.end() ? nullptr : &*found;
 }
 
 void VlanRules::digest(Digest& d) const

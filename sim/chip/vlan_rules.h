@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <map>
 #include <vector>
@@ -61,22 +62,33 @@ public:
     /// PORT.
     int delete_all_protocols(int port);
 
-    const std::map<MacAddress, VlanAssignment>& by_mac() const { return by_mac_; }
-    const std::map<VlanSubnet, VlanAssignment>& by_subnet() const { return by_subnet_; }
-    const std::vector<ProtocolVlan>& by_protocol(int port) const
-    {
-        return by_protocol_[static_cast<std::size_t>(port)];
-    }
+    using SubnetRules = std::map<VlanSubnet, VlanAssignment>;
+
+    /// Ports at which some rule may apply.
+    PortSet ports() const { return ports_; }
+    // Each null when no rule applies.
+    const VlanAssignment* find_mac(MacAddress mac) const;
+    /// Of the longest subnet that has the address: 4 bytes, 16 of an IPv6 one.
+    SubnetRules::const_pointer find_subnet(bool ip6, const std::uint8_t* address) const;
+    const ProtocolVlan* find_protocol(int port, int frame_type, std::uint16_t ethertype) const;
 
     bool operator==(const VlanRules&) const = default;
     void digest(Digest& d) const;
 
 private:
+    /// Prefix lengths of which there are subnets.
+    using Lengths = std::bitset<129>;
+
     int add_subnet(const VlanSubnet& subnet, VlanAssignment vlan);
+    Lengths& lengths(bool ip6) { return lengths_[ip6 ? 1 : 0]; }
+    const Lengths& lengths(bool ip6) const { return lengths_[ip6 ? 1 : 0]; }
+    void note_protocols(int port);
 
     std::map<MacAddress, VlanAssignment> by_mac_;
-    std::map<VlanSubnet, VlanAssignment> by_subnet_;
+    SubnetRules by_subnet_;
+    std::array<Lengths, 2> lengths_;
     std::array<std::vector<ProtocolVlan>, kPortCount> by_protocol_;
+    PortSet ports_;
 };
 
 } // namespace vexosim

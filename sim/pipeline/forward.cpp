@@ -3,6 +3,7 @@
 
 #include "sim/pipeline/rewrite.h"
 #include "sim/pipeline/stages.h"
+#include "sim/pipeline/vlan_by_rule.h"
 
 namespace vexosim {
 
@@ -161,7 +162,7 @@ void fetch_ahead(const Chip& chip, int port, std::span<const FrameView> frames, 
         const std::uint8_t* bytes = frames[i].data();
         bool tagged = bytes[12] == kTagType >> 8 && bytes[13] == 0;
         int tag_vid = tagged ? (bytes[14] & 15) << 8 | bytes[15] : 0;
-        int vid = tag_vid != 0 ? tag_vid : chip.ports[port].pvid;
+        int vid = tag_vid != 0 ? tag_vid : untagged_vid(chip, port, frames[i]);
         chip.macs.prefetch(mac_key(load_mac(bytes), vid));
         chip.macs.prefetch(mac_key(load_mac(bytes + 6), vid));
     }

@@ -1,4 +1,5 @@
 // What a port does with a frame before it looks at VLANs and addresses.
+#include "sim/chip/text.h"
 #include "sim/pipeline/recorder.h"
 #include "sim/pipeline/stages.h"
 
@@ -19,22 +20,13 @@ bool is_reserved_group(MacAddress mac)
     return (mac & ~MacAddress{0xf}) == kReservedGroup;
 }
 
-std::string hex(MacAddress value, int digits)
-{
-    static constexpr char kDigits[] = "0123456789abcdef";
-    std::string text(static_cast<std::size_t>(digits), '0');
-    for (std::size_t i = text.size(); i-- > 0; value >>= 4)
-        text[i] = kDigits[value & 15];
-    return text;
-}
-
 std::string describe(const Packet& p)
 {
     std::string text = std::to_string(p.frame.size()) + " bytes, ";
     if (p.tagged)
         text += "tag VLAN " + std::to_string(p.tag & 0xfff) + " priority " +
                 std::to_string(p.tag >> 13) + ", ";
-    return text + "type 0x" + hex(p.ethertype, 4);
+    return text + "type 0x" + hex_text(p.ethertype, 4);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "sim/pipeline/recorder.h"
 #include "sim/pipeline/stages.h"
+#include "sim/pipeline/vlan_by_rule.h"
 
 namespace vexosim {
 
@@ -24,6 +25,25 @@ StpState stp_state(const Chip& chip, const Packet& p)
     return chip.stgs.state(group, p.in_port);
 }
 
+std::string vlan_origin(const Chip& chip, const Packet& p)
+{
+    if (p.tagged && (p.tag & 0xfff) != 0)
+        return "by its tag";
+    const VlanByRule rule = vlan_by_rule(chip.vlan_rules, p.in_port, p.frame);
+    return rule.found() ? rule_text(rule, p.frame) : "the port's own";
+}
+
+/// A tag's priority is kept, also when its frame gets its VLAN by a rule.
+[[gnu::noinline]] void apply_rule(const Chip& chip, Packet& p)
+{
+    const VlanByRule rule = vlan_by_rule(chip.vlan_rules, p.in_port, p.frame);
+    if (!rule.found())
+        return;
+    p.vid = rule.vid();
+    if (!p.tagged && rule.has_priority())
+        p.priority = rule.priority();
+}
+
 } // namespace
 
 /// A tag for VLAN 0 has a priority and no VLAN: its frame is untagged with that priority.
@@ -33,10 +53,11 @@ Step stage::assign_vlan(const Chip& chip, Packet& p)
     int tag_vid = p.tagged ? p.tag & 0xfff : 0;
     p.vid = tag_vid != 0 ? tag_vid : port.pvid;
     p.priority = p.tagged ? p.tag >> 13 : port.priority;
+    if (tag_vid == 0 && chip.vlan_rules.ports().test(p.in_port)) [[unlikely]]
+        apply_rule(chip, p);
     p.vlan = &chip.vlans[p.vid];
     explain(p, [&](const PortNames&) {
-        return "VLAN " + std::to_string(p.vid) +
-               (tag_vid != 0 ? ", by its tag" : ", the port's own") + ", priority " +
+        return "VLAN " + std::to_string(p.vid) + ", " + vlan_origin(chip, p) + ", priority " +
                std::to_string(p.priority);
     });
     return next();
