@@ -121,14 +121,14 @@ Step stage::look_up(const Chip& chip, Packet& p)
     });
     if (p.destination != nullptr)
         return to_entry(p);
-    if (!p.multicast() && !p.from_cpu() && chip.controls.unknown_unicast_to_cpu(p.in_port))
-        p.copy_to_cpu(bcmRxReasonDestLookupFail);
     return next();
 }
 
 Step stage::flood(const Chip& chip, Packet& p)
 {
     if (p.destination == nullptr) {
+        if (!p.multicast() && !p.from_cpu() && chip.controls.unknown_unicast_to_cpu(p.in_port))
+            p.copy_to_cpu(bcmRxReasonDestLookupFail);
         p.out = p.vlan->members - PortSet{p.in_port};
         if (p.out.empty())
             return drop(DropReason::no_destination);

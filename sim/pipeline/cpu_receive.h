@@ -13,7 +13,7 @@
 
 #include "sim/chip/chip.h"
 #include "sim/pipeline/packet.h"
-#include "sim/pipeline/token_bucket.h"
+#include "sim/chip/token_bucket.h"
 
 namespace vexosim {
 

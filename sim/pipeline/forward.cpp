@@ -133,6 +133,8 @@ void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
     ++drops.frames_in;
     count_arrival(chip.counters[p.in_port], p);
     apply_learning(chip, p);
+    if (p.limited) [[unlikely]]
+        chip.rates.accept(p.in_port, p.storm, chip.now_us);
     std::uint64_t sent = send_copies(chip, p, outputs);
     drops.copies_meant += sent;
     drops.copies_sent += sent;

@@ -72,6 +72,9 @@ struct Packet {
     const MacEntry* destination = nullptr;     ///< of the destination; null when unknown
     FloodClass flood = FloodClass::kBroadcast; ///< meaningful unless unicast to a known address
 
+    bool limited = false;                ///< storm control has accepted it
+    StormClass storm = StormClass::kDlf; ///< as a frame of this class
+
     PortSet out;           ///< ports to send to
     PortSet untagged;      ///< of these, those that send without a tag
     PortSet too_long;      ///< ports that would have sent a shorter frame

@@ -9,9 +9,8 @@ namespace vexosim {
 
 namespace {
 
-/// The frame's way, from top to bottom. VLANs by address, subnet and protocol belong into "VLAN";
-/// field lookup behind "learning"; routing in front of "destination"; storm control in front of
-/// "flooding"; the choice of a trunk's member behind it; mirroring at both ends.
+/// The frame's way, from top to bottom. Field lookup belongs behind "learning"; routing in front of
+/// "destination"; the choice of a trunk's member behind "flooding"; mirroring at both ends.
 constexpr PipelineStage kForwarding[] = {
     {"port", stage::port},
     {"parse", stage::parse},
@@ -26,6 +25,7 @@ constexpr PipelineStage kForwarding[] = {
     {"source", stage::source},
     {"learning", stage::learn},
     {"destination", stage::look_up},
+    {"storm control", stage::storm_control},
     {"flooding", stage::flood},
     {"CPU copy", stage::cpu_copy},
     {"egress membership", stage::egress_membership},

@@ -28,6 +28,9 @@ namespace vexosim {
     X(source_unknown, "the port does not forward frames of unknown source")                        \
     X(same_port, "the destination is on the port it came from")                                    \
     X(entry_blocked, "the MAC entry blocks its own port")                                          \
+    X(storm_broadcast, "more broadcasts than the port's limit")                                    \
+    X(storm_multicast, "more multicasts than the port's limit")                                    \
+    X(storm_unknown_unicast, "more unknown unicasts than the port's limit")                        \
     X(no_destination, "no other port is in the VLAN")                                              \
     X(flood_blocked, "flooding is blocked towards every destination")                              \
     X(egress_not_member, "the destination is not in the VLAN")                                     \

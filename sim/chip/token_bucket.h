@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "sim/chip/digest.h"
+
 namespace vexosim {
 
 /// Starts full. Rate and burst may change from call to call; a rate of 0 is no limit, a burst of 0
@@ -30,6 +32,14 @@ public:
         fill(rate, burst, now_us);
         std::uint64_t per_us = static_cast<std::uint64_t>(rate);
         return level_ >= kPacket ? 0 : (kPacket - level_ + per_us - 1) / per_us;
+    }
+
+    bool operator==(const TokenBucket&) const = default;
+    void digest(Digest& d) const
+    {
+        d.add(level_);
+        d.add(filled_us_);
+        d.add(fresh_);
     }
 
 private:
