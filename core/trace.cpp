@@ -22,8 +22,12 @@ bool VexoBcmSdk::set_trace(const std::string& keyword, bool on)
 
 void VexoBcmSdk::dump_bytes(const unsigned char* bytes, unsigned length) const
 {
-    if (!vexolc::sdk_trace_enabled)
-        return;
+    if (vexolc::sdk_trace_enabled)
+        vexolc::print_bytes(bytes, length);
+}
+
+void vexolc::print_bytes(const unsigned char* bytes, unsigned length)
+{
     for (unsigned i = 0; i < length; ++i) {
         std::printf("%02x ", bytes[i]);
         if (i % 16 == 15)

@@ -4,14 +4,9 @@
 #include <list>
 #include <set>
 #include <utility>
+#include <vector>
 
-/// One 4-byte piece of a flow's user-defined match.
-struct bcm_udf_s {
-    uint32_t udf_id; ///< 0 until a UDF is found or created for the piece
-    uint32_t offset; ///< where in the frame it stands, in bytes
-    uint8_t data[4]; ///< frame byte order
-    uint8_t mask[4]; ///< frame byte order
-};
+#include "flow/udf_match.h"
 
 /// A field group of the chip that flows share: which entries are in it and which UDFs it matches.
 class FieldGroupNode {
@@ -50,3 +45,24 @@ private:
 
 /// The groups that flows use, in order of creation. The trap filters' groups are not among them.
 extern std::list<FieldGroupNode> fg_list;
+
+/// Registers a group with the UDFs of `words`. Always true; a group with that id is left as it is.
+bool vexosdk_add_field_group(int group_id, unsigned flags, const std::vector<bcm_udf_s>& words);
+
+/// False when there is no such group.
+bool vexosdk_add_entry_to_group(int entry, int group_id);
+
+/// Removes the entry from every group. False only when there are no groups; whether one had the
+/// entry deliberately does not count.
+bool vexosdk_delete_entry_from_group(int entry);
+
+/// Destroys the groups without entries in the chip, with their UDFs, and forgets them; one that the
+/// chip does not know is forgotten, too. 0, or the first SDK failure: that group then stays listed,
+/// and so do those behind it.
+int vexosdk_remove_unused_group();
+
+/// Finds the first group that a flow can share: one for the same flags and, with `OF_QUALIFY_UDF`,
+/// for words at the same offsets, whatever they are compared with. True: `group_id` is written, and
+/// the UDF id of each word. False: words may deliberately hold ids of groups that nearly matched.
+bool is_group_type_exists(const std::list<FieldGroupNode>& groups, unsigned flags,
+                          std::vector<bcm_udf_s>& words, unsigned& group_id);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 /// The pool of user-defined fields (UDFs: 4-byte slices of a frame) that flows draw from. Callers
 /// serialise.
@@ -16,6 +17,11 @@ extern uint32_t vexo_udf_available;
 
 /// `vexo_udf_available`.
 uint32_t vexo_udf_get_available();
+
+/// Takes the `count` lowest free ids and appends them to `ids`. When fewer are free, takes none but
+/// deliberately appends them all the same and answers 0: look at `ids`. BCM_E_PARAM: a count of 0;
+/// BCM_E_RESOURCE: more than `vexo_udf_available`.
+int alloc_udf_ids(unsigned count, std::vector<unsigned>& ids);
 
 namespace vexolc {
 

@@ -31,7 +31,9 @@ TEST(Exports, GlobalsHaveTheirPlainNames)
          {"bcm_sdk", "vexo_bcm_unit", "self_slot_id", "number_lc_chips", "number_lc_ports",
           "number_lc_ppm", "vexo_max_physical_port_per_slot", "hw_util_dbg",
           "vexo_uport_to_bcmport", "vexo_bcmport_to_user_port", "vexo_uport_to_user_port",
-          "vexo_user_port_to_lport", "vexo_user_port_to_module_port", "lag_id_usp_map"})
+          "vexo_user_port_to_lport", "vexo_user_port_to_module_port", "lag_id_usp_map",
+          "vexo_udf_usage", "vexo_udf_available", "filter_group_no_udf", "fid_fe_map",
+          "next_flow_id"})
         EXPECT_TRUE(is_exported(name)) << name;
 }
 
