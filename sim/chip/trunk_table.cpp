@@ -31,6 +31,8 @@ void drop_unless_member(int& port, const std::vector<int>& members)
 TrunkTable::TrunkTable(std::size_t capacity) : trunks_(std::min(capacity, kCapacity))
 {
     trunk_of_port_.fill(-1);
+    for (int port = 0; port < kPortCount; ++port)
+        companions_[static_cast<std::size_t>(port)] = {port};
 }
 
 int TrunkTable::create(int* id)
@@ -59,7 +61,7 @@ int TrunkTable::destroy(int id)
 {
     if (const int rc = check(id); rc != BCM_E_NONE)
         return rc;
-    mark(at(id).members, -1);
+    leave(at(id));
     trunks_[static_cast<std::size_t>(id)] = Trunk{};
     return BCM_E_NONE;
 }
@@ -78,8 +80,8 @@ int TrunkTable::set(int id, Trunk trunk)
     for (int* port : {&trunk.dlf_port, &trunk.mc_port, &trunk.ipmc_port})
         drop_unless_member(*port, trunk.members);
     trunk.exists = true;
-    mark(at(id).members, -1);
-    mark(trunk.members, id);
+    leave(at(id));
+    join(id, trunk);
     trunks_[static_cast<std::size_t>(id)] = std::move(trunk);
     return BCM_E_NONE;
 }
@@ -107,10 +109,41 @@ bool TrunkTable::taken_elsewhere(int id, const std::vector<int>& ports) const
                        [&](int port) { return trunk_of(port) != -1 && trunk_of(port) != id; });
 }
 
-void TrunkTable::mark(const std::vector<int>& ports, int id)
+void TrunkTable::join(int id, const Trunk& trunk)
 {
-    for (int port : ports)
+    const PortSet ports = trunk.ports();
+    for (int port : ports) {
         trunk_of_port_[static_cast<std::size_t>(port)] = static_cast<std::int16_t>(id);
+        companions_[static_cast<std::size_t>(port)] = ports;
+    }
+    for (std::size_t i = 0; i < kTrunkFloods; ++i)
+        not_designated_[i] |= ports - PortSet{trunk.designated(static_cast<TrunkFlood>(i))};
+}
+
+void TrunkTable::leave(const Trunk& trunk)
+{
+    const PortSet ports = trunk.ports();
+    for (int port : ports) {
+        trunk_of_port_[static_cast<std::size_t>(port)] = -1;
+        companions_[static_cast<std::size_t>(port)] = {port};
+    }
+    for (PortSet& set : not_designated_)
+        set -= ports;
+}
+
+PortSet Trunk::ports() const
+{
+    PortSet set;
+    for (int port : members)
+        set.set(port);
+    return set;
+}
+
+int Trunk::designated(TrunkFlood kind) const
+{
+    const std::array<int, kTrunkFloods> chosen = {dlf_port, mc_port, ipmc_port};
+    const int port = chosen[static_cast<std::size_t>(kind)];
+    return port == kNoPort ? members.front() : port;
 }
 
 void Trunk::digest(Digest& d) const

@@ -11,6 +11,10 @@
 
 namespace vexosim {
 
+/// Frames of which a trunk sends one copy, through the member designated for them.
+enum class TrunkFlood : std::uint8_t { kUnknownUnicast, kMulticast, kIpMulticast };
+inline constexpr std::size_t kTrunkFloods = 3;
+
 /// A trunk. Ports are chip-local; -1 is none.
 struct Trunk {
     static constexpr int kNoPort = -1;
@@ -21,6 +25,10 @@ struct Trunk {
     int dlf_port = kNoPort;   ///< for unknown destinations; -1: the first member
     int mc_port = kNoPort;    ///< for multicast and broadcast; -1: the first member
     int ipmc_port = kNoPort;  ///< for IP multicast; -1: the first member
+
+    PortSet ports() const;
+    /// The member that sends for the trunk, which has members.
+    int designated(TrunkFlood kind) const;
 
     bool operator==(const Trunk&) const = default;
     void digest(Digest& d) const;
@@ -56,15 +64,26 @@ public:
     /// The trunk that a chip-local port is in, or -1.
     int trunk_of(int port) const { return trunk_of_port_[static_cast<std::size_t>(port)]; }
 
+    /// The ports that act as one with a chip-local port: the members of its trunk, or it alone.
+    PortSet companions(int port) const { return companions_[static_cast<std::size_t>(port)]; }
+    /// The members of all trunks but the designated ones.
+    PortSet not_designated(TrunkFlood kind) const
+    {
+        return not_designated_[static_cast<std::size_t>(kind)];
+    }
+
     bool operator==(const TrunkTable&) const = default;
     void digest(Digest& d) const;
 
 private:
     bool taken_elsewhere(int id, const std::vector<int>& ports) const;
-    void mark(const std::vector<int>& ports, int id);
+    void join(int id, const Trunk& trunk);
+    void leave(const Trunk& trunk);
 
     std::vector<Trunk> trunks_;
     std::array<std::int16_t, kPortCount> trunk_of_port_;
+    std::array<PortSet, kPortCount> companions_;
+    std::array<PortSet, kTrunkFloods> not_designated_{};
 };
 
 } // namespace vexosim

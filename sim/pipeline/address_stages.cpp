@@ -5,14 +5,20 @@
 #include "sim/chip/text.h"
 #include "sim/pipeline/recorder.h"
 #include "sim/pipeline/stages.h"
+#include "sim/pipeline/trunk_stages.h"
 
 namespace vexosim {
 
 namespace {
 
-bool is_here(const MacEntry& entry, int port)
+/// A member of a trunk is where its trunk is; what was learned at the port before it became a
+/// member moves to the trunk.
+bool is_here(const Chip& chip, const MacEntry& entry, int port)
 {
-    return !entry.on_trunk() && entry.port == port;
+    int trunk = chip.trunks.trunk_of(port);
+    if (entry.on_trunk())
+        return entry.trunk == trunk;
+    return entry.port == port && (trunk < 0 || entry.is_static());
 }
 
 std::string describe_source(const Packet& p, const PortNames& names)
@@ -23,8 +29,10 @@ std::string describe_source(const Packet& p, const PortNames& names)
     return mac_text(p.src) + kind + place_text(*p.source, names.name(p.source->port));
 }
 
-std::string describe_learning(const Packet& p)
+std::string describe_learning(const Chip& chip, const Packet& p)
 {
+    int trunk = chip.trunks.trunk_of(p.in_port);
+    std::string where = trunk < 0 ? "" : ", on trunk " + std::to_string(trunk);
     switch (p.learning) {
     case Learning::kNone:
         return "not learned";
@@ -33,7 +41,7 @@ std::string describe_learning(const Packet& p)
     case Learning::kLearn:
         break;
     }
-    return p.source == nullptr ? "learned here" : "moves here";
+    return (p.source == nullptr ? "learned here" : "moves here") + where;
 }
 
 /// A source that the table does not have at this port.
@@ -60,16 +68,31 @@ int flood_reason(const Packet& p)
     return p.cast == Cast::kBroadcast ? bcmRxReasonBroadcast : bcmRxReasonMulticast;
 }
 
-/// To the place of the entry that the destination has.
-Step to_entry(Packet& p)
+/// To the place of the entry that the destination has. Which member of a trunk that is, the next
+/// stage says.
+Step to_entry(const Chip& chip, Packet& p)
 {
     const MacEntry& entry = *p.destination;
     if (entry.on_trunk())
-        return drop(DropReason::no_destination);
-    if (entry.port == p.in_port)
-        return drop(DropReason::same_port);
+        return entry.trunk == chip.trunks.trunk_of(p.in_port) ? drop(DropReason::same_trunk)
+                                                              : next();
+    if (chip.trunks.companions(p.in_port).test(entry.port))
+        return drop(entry.port == p.in_port ? DropReason::same_port : DropReason::same_trunk);
     p.out = PortSet{entry.port} - entry.block;
     return p.out.any() ? next() : drop(DropReason::entry_blocked);
+}
+
+/// To the VLAN's other members; a trunk is one of them, through its designated port.
+void to_vlan(const Chip& chip, Packet& p)
+{
+    p.out = p.vlan->members - chip.trunks.companions(p.in_port);
+    PortSet silent = p.out & chip.trunks.not_designated(trunk_flood(p));
+    if (silent.empty()) [[likely]]
+        return;
+    p.out -= silent;
+    explain(p, [&](const PortNames& names) {
+        return "another port sends for the trunks of " + names.names(silent);
+    });
 }
 
 const char* flood_name(FloodClass kind)
@@ -90,13 +113,13 @@ Step stage::source(const Chip&, Packet& p)
 Step stage::learn(const Chip& chip, Packet& p)
 {
     p.source = chip.macs.find(mac_key(p.src, p.vid));
-    bool here = p.source != nullptr && is_here(*p.source, p.in_port);
+    bool here = p.source != nullptr && is_here(chip, *p.source, p.in_port);
     if (here)
         p.learning = Learning::kRefresh;
     Step step = here ? p.stp == StpState::kLearn ? drop(DropReason::stp_learning) : next()
                      : strange_source(chip, p);
     explain(p, [&](const PortNames& names) {
-        return describe_source(p, names) + "; " + describe_learning(p) +
+        return describe_source(p, names) + "; " + describe_learning(chip, p) +
                (p.cpu != 0 ? "; copied to the CPU" : "");
     });
     return step;
@@ -120,7 +143,7 @@ Step stage::look_up(const Chip& chip, Packet& p)
                (p.destination->is_static() ? ", by a static entry" : ", learned");
     });
     if (p.destination != nullptr)
-        return to_entry(p);
+        return to_entry(chip, p);
     return next();
 }
 
@@ -129,7 +152,7 @@ Step stage::flood(const Chip& chip, Packet& p)
     if (p.destination == nullptr) {
         if (!p.multicast() && !p.from_cpu() && chip.controls.unknown_unicast_to_cpu(p.in_port))
             p.copy_to_cpu(bcmRxReasonDestLookupFail);
-        p.out = p.vlan->members - PortSet{p.in_port};
+        to_vlan(chip, p);
         if (p.out.empty())
             return drop(DropReason::no_destination);
     } else if (!p.multicast()) {

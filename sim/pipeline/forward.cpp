@@ -9,8 +9,6 @@ namespace vexosim {
 
 namespace {
 
-constexpr std::uint16_t kIp4Type = 0x0800, kIp6Type = 0x86dd;
-
 void count_good_frame(PortCounters& c, const Packet& p)
 {
     std::uint32_t octets = wire_octets(p.frame.size());
@@ -53,7 +51,12 @@ void apply_learning(Chip& chip, const Packet& p)
         return;
     MacEntry place;
     place.key = mac_key(p.src, p.vid);
-    place.port = static_cast<std::uint8_t>(p.in_port);
+    if (int trunk = chip.trunks.trunk_of(p.in_port); trunk >= 0) {
+        place.flags = BCM_L2_TRUNK_MEMBER;
+        place.trunk = static_cast<std::uint8_t>(trunk);
+    } else {
+        place.port = static_cast<std::uint8_t>(p.in_port);
+    }
     chip.macs.learn(place, chip.now_us);
 }
 

@@ -45,6 +45,8 @@ enum class Learning : std::uint8_t {
 
 inline constexpr std::uint16_t kTagType = 0x8100;
 inline constexpr std::uint16_t kArpType = 0x0806;
+inline constexpr std::uint16_t kIp4Type = 0x0800;
+inline constexpr std::uint16_t kIp6Type = 0x86dd;
 inline constexpr std::size_t kHeaderBytes = 14;
 inline constexpr std::size_t kTagBytes = 4;
 
@@ -87,6 +89,12 @@ struct Packet {
     Recorder* recorder = nullptr; ///< null unless traced
 
     bool multicast() const { return cast != Cast::kUnicast; }
+    /// To a group of IPv4 or IPv6 hosts.
+    bool ip_multicast() const
+    {
+        return (ethertype == kIp4Type && dst >> 23 == 0x01005e000000 >> 23) ||
+               (ethertype == kIp6Type && dst >> 32 == 0x3333);
+    }
     bool from_cpu() const { return in_port == kCpuPort; }
     void copy_to_cpu(int reason)
     {

@@ -10,7 +10,7 @@ namespace vexosim {
 namespace {
 
 /// The frame's way, from top to bottom. Field lookup belongs behind "learning"; routing in front of
-/// "destination"; the choice of a trunk's member behind "flooding"; mirroring at both ends.
+/// "destination"; mirroring at both ends.
 constexpr PipelineStage kForwarding[] = {
     {"port", stage::port},
     {"parse", stage::parse},
@@ -26,6 +26,7 @@ constexpr PipelineStage kForwarding[] = {
     {"learning", stage::learn},
     {"destination", stage::look_up},
     {"storm control", stage::storm_control},
+    {"trunk", stage::trunk_member},
     {"flooding", stage::flood},
     {"CPU copy", stage::cpu_copy},
     {"egress membership", stage::egress_membership},

@@ -60,12 +60,32 @@ void set_up(Chip& chip, Random& random)
     }
 }
 
+/// Two trunks of what ports the other has left, one of them without members at times.
+void set_up_trunks(Chip& chip, Random& random)
+{
+    for (int id : {0, 1}) {
+        chip.trunks.destroy(id);
+        chip.trunks.create_id(id);
+    }
+    for (int id : {0, 1}) {
+        Trunk trunk{true, 1 + random.below(6), {}, random.below(8), random.below(8), -1};
+        for (int port : random.ports() - PortSet{kCpuPort})
+            if (chip.trunks.trunk_of(port) < 0 && random.one_in(2))
+                trunk.members.push_back(port);
+        chip.trunks.set(id, trunk);
+    }
+}
+
 void add_entry(Chip& chip, Random& random)
 {
     MacEntry e;
     e.key = mac_key(some_address(random), 1 + random.below(3));
     e.port = static_cast<std::uint8_t>(random.below(8));
     e.flags = random.one_in(2) ? BCM_L2_STATIC : 0;
+    if (random.one_in(3)) {
+        e.flags |= BCM_L2_TRUNK_MEMBER;
+        e.trunk = static_cast<std::uint8_t>(random.below(3));
+    }
     e.block = random.one_in(4) ? random.ports() : PortSet{};
     chip.macs.add(e, true, chip.now_us);
 }
@@ -101,6 +121,8 @@ TEST_P(Conservation, EveryFrameEndsOnceAndEveryTraceIsRight)
             add_entry(path.chip, random);
         if (random.one_in(100))
             set_up(path.chip, random);
+        if (random.one_in(50))
+            set_up_trunks(path.chip, random);
         if (random.one_in(3))
             path.take();
         path.chip.now_us += static_cast<std::uint64_t>(random.below(100'000));

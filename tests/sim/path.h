@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -43,10 +44,29 @@ public:
         bytes_[13] = static_cast<std::uint8_t>(value);
         return *this;
     }
+    /// Becomes an IP packet of the type that it has, 0x0800 or 0x86dd, between these two. The
+    /// addresses are the last four bytes of IPv6's.
+    TestFrame ip(std::uint32_t dst, std::uint32_t src) const
+    {
+        TestFrame packet = *this;
+        std::size_t at = bytes_.size() > 16 && bytes_[12] == 0x81 ? 18 : 14;
+        bool is_4 = bytes_[at - 2] == 0x08;
+        packet.bytes_.resize(std::max<std::size_t>(bytes_.size(), at + 40));
+        packet.bytes_[at] = is_4 ? 0x45 : 0x60;
+        packet.store(at + (is_4 ? 12 : 20), src);
+        packet.store(at + (is_4 ? 16 : 36), dst);
+        return packet;
+    }
     operator FrameView() const { return bytes_; }
     const Frame& bytes() const { return bytes_; }
 
 private:
+    void store(std::size_t at, std::uint32_t value)
+    {
+        for (std::size_t i = 0; i < 4; ++i)
+            bytes_[at + i] = static_cast<std::uint8_t>(value >> (24 - 8 * i));
+    }
+
     Frame bytes_;
 };
 

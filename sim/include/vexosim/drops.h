@@ -27,6 +27,8 @@ namespace vexosim {
     X(source_multicast, "the source address is a group address")                                   \
     X(source_unknown, "the port does not forward frames of unknown source")                        \
     X(same_port, "the destination is on the port it came from")                                    \
+    X(same_trunk, "the destination is on the trunk it came from")                                  \
+    X(trunk_empty, "the destination's trunk has no members")                                       \
     X(entry_blocked, "the MAC entry blocks its own port")                                          \
     X(storm_broadcast, "more broadcasts than the port's limit")                                    \
     X(storm_multicast, "more multicasts than the port's limit")                                    \
