@@ -27,13 +27,33 @@ TEST(Exports, HandlersGivenToTheSdkHaveTheirPlainNames)
 
 TEST(Exports, GlobalsHaveTheirPlainNames)
 {
-    for (const char* name :
-         {"bcm_sdk", "vexo_bcm_unit", "self_slot_id", "number_lc_chips", "number_lc_ports",
-          "number_lc_ppm", "vexo_max_physical_port_per_slot", "hw_util_dbg",
-          "vexo_uport_to_bcmport", "vexo_bcmport_to_user_port", "vexo_uport_to_user_port",
-          "vexo_user_port_to_lport", "vexo_user_port_to_module_port", "lag_id_usp_map",
-          "vexo_udf_usage", "vexo_udf_available", "filter_group_no_udf", "fid_fe_map",
-          "next_flow_id"})
+    for (const char* name : {"bcm_sdk",
+                             "vexo_bcm_unit",
+                             "self_slot_id",
+                             "number_lc_chips",
+                             "number_lc_ports",
+                             "number_lc_ppm",
+                             "vexo_max_physical_port_per_slot",
+                             "hw_util_dbg",
+                             "vexo_uport_to_bcmport",
+                             "vexo_bcmport_to_user_port",
+                             "vexo_uport_to_user_port",
+                             "vexo_user_port_to_lport",
+                             "vexo_user_port_to_module_port",
+                             "lag_id_usp_map",
+                             "vexo_udf_usage",
+                             "vexo_udf_available",
+                             "filter_group_no_udf",
+                             "fid_fe_map",
+                             "next_flow_id",
+                             "arp_fps",
+                             "arp_fps_one_vlan",
+                             "ip_proto_fps",
+                             "l4_dport_fps",
+                             "arp_group",
+                             "arp_group_one_vlan",
+                             "arp_udf_id",
+                             "arp_udf_id_one_vlan"})
         EXPECT_TRUE(is_exported(name)) << name;
 }
 
