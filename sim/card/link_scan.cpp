@@ -4,6 +4,8 @@
 
 #include "sim/card/card.h"
 #include "sim/chip/chip.h"
+#include "sim/chip/negotiation.h"
+#include "sim/wire/panel.h"
 #include "vexosim/wire.h"
 
 namespace vexosim {
@@ -15,15 +17,10 @@ bool has_wire_port(int user_port)
     return user_port >= 0 && user_port < kCpuUserPort;
 }
 
-/// Chip-local ports whose far end is up. Asks the wires, so no lock may be held.
-PortSet ports_with_carrier()
+PortAbility abilities_of(const LinkPartner& partner)
 {
-    PortSet carrier;
-    for (const int port : PortSet::front()) {
-        const int user_port = card().ports.user_port(port);
-        carrier.assign(port, has_wire_port(user_port) && wire_carrier(user_port));
-    }
-    return carrier;
+    const std::uint32_t flags = partner.autoneg ? BCM_PORT_ABILITY_AUTONEG : 0;
+    return {partner.speed_half, partner.speed_full, partner.pause, 0, flags};
 }
 
 /// Tells the far ends of ports that were switched on or off.
@@ -89,16 +86,36 @@ std::uint64_t LinkScan::due_us()
     return running_ ? last_us_ + static_cast<std::uint64_t>(period_us_) : kNever;
 }
 
-void LinkScan::follow(PortSet carrier)
+/// Asks the wires, so no lock may be held.
+LinkScan::FarEnds LinkScan::look()
 {
-    Chip& chip = card().chip();
-    const PortSet up = carrier & chip.ports.enabled();
-    for (const int port : scanned_& PortSet::front()) {
-        if (chip.ports.link().test(port) == up.test(port))
+    FarEnds seen;
+    for (const int port : PortSet::front()) {
+        const int user_port = card().ports.user_port(port);
+        if (!has_wire_port(user_port) || !wire_carrier(user_port))
             continue;
-        chip.ports.set_link(port, up.test(port));
-        chip.ports.set_remote(port, up.test(port) ? chip.ports.local_ability(port) : PortAbility{});
+        seen.carrier.set(port);
+        if (const auto partner = panel().partner(user_port))
+            seen.partners[static_cast<std::size_t>(port)] = abilities_of(*partner);
     }
+    return seen;
+}
+
+PortSet LinkScan::follow(const FarEnds& far_ends)
+{
+    PortTable& ports = card().chip().ports;
+    const PortSet cabled = far_ends.carrier & ports.enabled();
+    PortSet at_odds;
+    for (const int port : scanned_& PortSet::front()) {
+        LinkState state;
+        if (cabled.test(port)) {
+            const auto& partner = far_ends.partners[static_cast<std::size_t>(port)];
+            state = negotiate(ports[port], partner.value_or(ports.local_ability(port)));
+            at_odds.assign(port, !state.up);
+        }
+        ports.set_link(port, state);
+    }
+    return at_odds;
 }
 
 std::vector<LinkScan::Change> LinkScan::take_changes()
@@ -120,7 +137,7 @@ std::vector<LinkScan::Change> LinkScan::take_changes()
 
 void LinkScan::run()
 {
-    const PortSet carrier = ports_with_carrier();
+    const FarEnds far_ends = look();
     std::vector<Change> changes;
     std::vector<bcmx_linkscan_handler_t> handlers;
     PortSet switched, on;
@@ -129,10 +146,10 @@ void LinkScan::run()
         if (!running_)
             return;
         last_us_ = chip->now_us;
-        follow(carrier);
+        const PortSet at_odds = follow(far_ends);
         changes = take_changes();
         handlers = handlers_;
-        on = chip->ports.enabled();
+        on = chip->ports.enabled() - at_odds;
         switched = ((on - wires_on_) | (wires_on_ - on)) & PortSet::front();
         wires_on_ = on;
     }

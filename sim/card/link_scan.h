@@ -3,15 +3,17 @@
 #include <bcmx/link.h>
 
 #include <array>
+#include <optional>
 #include <vector>
 
 #include "sim/card/task.h"
-#include "sim/chip/port_set.h"
+#include "sim/chip/port_table.h"
 
 namespace vexosim {
 
-/// Link scan: looks at the wires of the scanned ports every so often, tells the chip which links
-/// are up, and the handlers what changed. Everything but run() is called under the chip's lock.
+/// Link scan: looks at the wires of the scanned ports every so often, tells the chip what became of
+/// the links, and the handlers which came up or went down. Everything but run() is called under the
+/// chip's lock.
 class LinkScan : public Task {
 public:
     static constexpr int kDefaultPeriodUs = 250000;
@@ -32,12 +34,19 @@ public:
     void run() override;
 
 private:
+    /// What a look at the wires shows, by chip-local port.
+    struct FarEnds {
+        PortSet carrier;
+        std::array<std::optional<PortAbility>, kPortCount> partners; ///< empty: the port's twin
+    };
     struct Change {
         bcmx_lport_t lport;
         bcm_port_info_t info;
     };
 
-    void follow(PortSet carrier);
+    static FarEnds look();
+    /// @return the ports whose partners have nothing in common with them.
+    PortSet follow(const FarEnds& far_ends);
     std::vector<Change> take_changes();
 
     PortSet scanned_, reported_up_, wires_on_ = PortSet::front();

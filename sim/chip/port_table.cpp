@@ -17,7 +17,8 @@ void PortAbility::digest(Digest& d) const
 
 void PortConfig::digest(Digest& d) const
 {
-    for (bool flag : {enable, autoneg, duplex_full, pause_tx, pause_rx, jam, bpdu_enable})
+    for (bool flag :
+         {enable, autoneg, duplex_full, pause_tx, pause_rx, pause_by_hand, jam, bpdu_enable})
         d.add(flag);
     for (int value : {speed, frame_max, pvid, priority})
         d.add(value);
@@ -59,7 +60,10 @@ int PortTable::set_enable(int port, int enable)
 
 int PortTable::set_autoneg(int port, int autoneg)
 {
-    return set_flag(port, autoneg, &PortConfig::autoneg);
+    int rc = set_flag(port, autoneg, &PortConfig::autoneg);
+    if (rc == BCM_E_NONE && autoneg == 1)
+        at(port).pause_by_hand = false;
+    return rc;
 }
 
 bool PortTable::has_speed(int port, int speed) const
@@ -76,6 +80,7 @@ int PortTable::set_speed(int port, int speed)
     if (!has_speed(port, speed))
         return BCM_E_PARAM;
     at(port).speed = speed;
+    at(port).autoneg = false;
     if (speed > 1000)
         at(port).duplex_full = true;
     return BCM_E_NONE;
@@ -89,6 +94,7 @@ int PortTable::set_duplex(int port, int duplex)
     if ((!half && duplex != BCM_PORT_DUPLEX_FULL) || (half && at(port).speed > 1000))
         return BCM_E_PARAM;
     at(port).duplex_full = !half;
+    at(port).autoneg = false;
     return BCM_E_NONE;
 }
 
@@ -98,6 +104,7 @@ int PortTable::set_pause(int port, int pause_tx, int pause_rx)
         return is_chip_port(port) ? BCM_E_PARAM : BCM_E_PORT;
     if (int rc = set_flag(port, pause_tx, &PortConfig::pause_tx); rc != BCM_E_NONE)
         return rc;
+    at(port).pause_by_hand = true;
     return set_flag(port, pause_rx, &PortConfig::pause_rx);
 }
 
@@ -238,6 +245,19 @@ void PortTable::set_link(int port, bool up)
 {
     if (is_chip_port(port) && port != kCpuPort)
         link_.assign(port, up);
+}
+
+void PortTable::set_link(int port, const LinkState& state)
+{
+    set_link(port, state.up);
+    PortConfig& config = at(port);
+    config.remote = state.up ? state.remote : PortAbility{};
+    if (!state.up)
+        return;
+    config.speed = state.speed;
+    config.duplex_full = state.full_duplex;
+    config.pause_tx = state.pause_tx;
+    config.pause_rx = state.pause_rx;
 }
 
 void PortTable::digest(Digest& d) const

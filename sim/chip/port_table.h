@@ -25,15 +25,26 @@ struct PortAbility {
     void digest(Digest& d) const;
 };
 
+/// What became of a link.
+struct LinkState {
+    bool up = false;
+    int speed = 0; ///< this and what follows mean something while up
+    bool full_duplex = true;
+    bool pause_tx = false;
+    bool pause_rx = false;
+    PortAbility remote; ///< what the port knows of its partner
+};
+
 struct PortConfig {
     bool enable = true;
     bool autoneg = false;
     bool duplex_full = true;
     bool pause_tx = false;
     bool pause_rx = false;
+    bool pause_by_hand = false; ///< pause_tx and pause_rx are not negotiated
     bool jam = false;
     bool bpdu_enable = true; ///< frames to reserved bridge group addresses go to the CPU
-    int speed = 1000;        ///< Mb/s
+    int speed = 1000;        ///< Mb/s; with auto-negotiation that of the last link, as for duplex
     int frame_max = 1518;    ///< bytes with the FCS, one tag not counted
     int pvid = 1;            ///< VLAN of untagged frames
     int priority = 0;        ///< of untagged frames
@@ -77,7 +88,9 @@ public:
     int smallest_frame_max() const { return smallest_frame_max_; }
 
     int set_enable(int port, int enable);
+    /// Turned on, it also negotiates PAUSE again.
     int set_autoneg(int port, int autoneg);
+    /// These two turn auto-negotiation off.
     int set_speed(int port, int speed);
     int set_duplex(int port, int duplex);
     int set_pause(int port, int pause_tx, int pause_rx);
@@ -102,7 +115,8 @@ public:
 
     /// Link scan's view of a port's link. Ignored for the CPU port.
     void set_link(int port, bool up);
-    void set_remote(int port, const PortAbility& ability) { at(port).remote = ability; }
+    /// The same with what was negotiated. A link that is down leaves speed, duplex and PAUSE.
+    void set_link(int port, const LinkState& state);
 
     bool operator==(const PortTable&) const = default;
     void digest(Digest& d) const;

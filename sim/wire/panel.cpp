@@ -90,6 +90,7 @@ std::string Panel::detach(int user_port)
     }
     wire->set_carrier(false);
     wire.reset();
+    slot(user_port).partner.reset();
     return {};
 }
 
@@ -135,6 +136,29 @@ void Panel::set_carrier(int user_port, bool up)
     if (std::exchange(slot(user_port).link, up) != up && slot(user_port).wire) {
         slot(user_port).wire->set_carrier(up);
     }
+}
+
+std::string Panel::set_partner(int user_port, const LinkPartner& partner)
+{
+    const std::string port = "port " + std::to_string(user_port);
+    if (!exists(user_port)) {
+        return port + ": no such port; wires go into ports 0 to " + std::to_string(kPorts - 1);
+    }
+    const std::unique_lock lock(slot(user_port).mutex);
+    if (!slot(user_port).wire) {
+        return port + ": nothing is attached";
+    }
+    slot(user_port).partner = partner;
+    return {};
+}
+
+std::optional<LinkPartner> Panel::partner(int user_port) const
+{
+    if (!exists(user_port)) {
+        return std::nullopt;
+    }
+    const std::shared_lock lock(slot(user_port).mutex);
+    return slot(user_port).partner;
 }
 
 } // namespace vexosim

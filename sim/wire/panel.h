@@ -3,11 +3,13 @@
 #include <array>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <shared_mutex>
 #include <string>
 #include <vector>
 
 #include "sim/wire/io_loop.h"
+#include "vexosim/partner.h"
 #include "vexosim/wire.h"
 
 namespace vexosim {
@@ -28,6 +30,9 @@ public:
     void send(int user_port, std::span<const FrameView> frames);
     bool carrier(int user_port) const;
     void set_carrier(int user_port, bool up);
+    std::string set_partner(int user_port, const LinkPartner& partner);
+    /// Empty: one that can do what the port can.
+    std::optional<LinkPartner> partner(int user_port) const;
     void on_receive(ReceiveFn receiver);
 
     void start();
@@ -40,6 +45,7 @@ private:
     struct Slot {
         mutable std::shared_mutex mutex;
         std::unique_ptr<Wire> wire;
+        std::optional<LinkPartner> partner;
         bool link = true;
     };
 

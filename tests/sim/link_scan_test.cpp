@@ -159,7 +159,7 @@ TEST_F(LinkScanning, HandlersGetTheWholeState)
     bcmx_port_frame_max_set(lport(3), 9000);
     wire(3).set_far_end(false);
     drain();
-    EXPECT_EQ(take_heard(), "3-1/0/1/100/1/9000 ");
+    EXPECT_EQ(take_heard(), "3-1/0/0/100/1/9000 ");
 }
 
 TEST_F(LinkScanning, AHandlerMayCallTheSdk)

@@ -16,19 +16,25 @@ extern "C" {
 int bcmx_port_enable_set(bcmx_lport_t port, int enable);
 int bcmx_port_enable_get(bcmx_lport_t port, int* enable);
 
-/* Auto-negotiation, 0 or 1. */
+/*
+ * Auto-negotiation, 0 or 1. While it is on, speed, duplex and pause read as the link has them;
+ * turning it on negotiates pause again.
+ */
 int bcmx_port_autoneg_set(bcmx_lport_t port, int autoneg);
 int bcmx_port_autoneg_get(bcmx_lport_t port, int* autoneg);
 
-/* Speed in Mb/s. PARAM: a speed that the port does not have. */
+/* Speed in Mb/s; setting it turns auto-negotiation off. PARAM: a speed that the port lacks. */
 int bcmx_port_speed_set(bcmx_lport_t port, int speed);
 int bcmx_port_speed_get(bcmx_lport_t port, int* speed);
 
-/* BCM_PORT_DUPLEX_*. PARAM: other values; half duplex above 1000 Mb/s. */
+/*
+ * BCM_PORT_DUPLEX_*; setting it turns auto-negotiation off. PARAM: other values; half duplex above
+ * 1000 Mb/s.
+ */
 int bcmx_port_duplex_set(bcmx_lport_t port, int duplex);
 int bcmx_port_duplex_get(bcmx_lport_t port, int* duplex);
 
-/* Pause frames sent and obeyed, each 0 or 1. */
+/* Pause frames sent and obeyed, each 0 or 1; what is set is not negotiated. */
 int bcmx_port_pause_set(bcmx_lport_t port, int pause_tx, int pause_rx);
 int bcmx_port_pause_get(bcmx_lport_t port, int* pause_tx, int* pause_rx);
 
@@ -36,7 +42,7 @@ int bcmx_port_pause_get(bcmx_lport_t port, int* pause_tx, int* pause_rx);
 int bcmx_port_jam_set(bcmx_lport_t port, int enable);
 int bcmx_port_jam_get(bcmx_lport_t port, int* enable);
 
-/* Source address of the port's pause frames. */
+/* Address of the port's MAC: source of its pause frames, and where it takes such frames. */
 int bcmx_port_pause_addr_set(bcmx_lport_t port, bcm_mac_t mac);
 int bcmx_port_pause_addr_get(bcmx_lport_t port, bcm_mac_t mac);
 
