@@ -51,12 +51,14 @@ std::uint64_t interface_stat(const PortCounters& c, int counter)
     }
 }
 
-/// These count both directions: they describe the cable, not the port.
+/// These count both directions, and frames that are not good: they describe the cable.
 std::uint64_t ether_stat(const PortCounters& c, int counter)
 {
     const FrameCounters &in = c.in, &out = c.out;
-    auto size = [&](std::size_t i) { return in.size[i] + out.size[i]; };
+    auto size = [&](std::size_t i) { return in.size[i] + out.size[i] + c.in_bad_size[i]; };
     switch (counter) {
+    case snmpEtherStatsDropEvents:
+        return c.in_drop_events;
     case snmpEtherStatsMulticastPkts:
         return in.cast[1] + out.cast[1];
     case snmpEtherStatsBroadcastPkts:
@@ -86,7 +88,7 @@ std::uint64_t ether_stat(const PortCounters& c, int counter)
     case snmpEtherStatsOversizePkts:
         return c.in_oversize;
     case snmpEtherStatsOctets:
-        return in.octets + out.octets;
+        return in.octets + out.octets + c.in_bad_octets;
     case snmpEtherStatsPkts:
         return in.frames() + out.frames() + c.in_undersize + c.in_oversize;
     case snmpEtherStatsTXNoErrors:
@@ -113,6 +115,8 @@ std::uint64_t bridge_stat(const PortCounters& c, int counter)
         return c.in_discards;
     case snmpDot3StatsFrameTooLongs:
         return c.in_oversize;
+    case snmpDot3ControlInUnknownOpcodes:
+        return c.in_control;
     case snmpDot3InPauseFrames:
         return c.in_pause;
     case ipv6IfStatsInReceives:
@@ -139,8 +143,11 @@ void PortCounters::digest(Digest& d) const
 {
     d.add(in);
     d.add(out);
-    for (std::uint64_t value : {in_discards, in_undersize, in_oversize, in_pause, out_discards,
-                                out_too_long, in_ip4, in_ip6, in_ip6_multicast, out_ip6_multicast})
+    d.add(out_queue);
+    d.add(in_bad_size);
+    for (std::uint64_t value : {in_discards, in_undersize, in_oversize, in_bad_octets, in_pause,
+                                in_control, in_drop_events, out_discards, out_too_long, in_ip4,
+                                in_ip6, in_ip6_multicast, out_ip6_multicast})
         d.add(value);
 }
 

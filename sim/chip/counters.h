@@ -24,9 +24,11 @@ struct FrameCounters {
     static constexpr std::array<std::uint32_t, 10> kSizes = {64,   127,  255,  511,  1023,
                                                              1518, 1522, 2047, 4095, 9216};
 
+    static constexpr std::size_t kClasses = kSizes.size() + 1;
+
     std::uint64_t octets = 0;
     std::array<std::uint64_t, 3> cast{};
-    std::array<std::uint64_t, kSizes.size() + 1> size{};
+    std::array<std::uint64_t, kClasses> size{};
 
     static constexpr std::size_t size_class(std::uint32_t octets)
     {
@@ -54,13 +56,26 @@ struct PortCounters {
     std::uint64_t in_discards = 0;  ///< good frames that went nowhere
     std::uint64_t in_undersize = 0; ///< frames too short to be parsed
     std::uint64_t in_oversize = 0;
+    std::uint64_t in_bad_octets = 0; ///< of these two
+    std::array<std::uint64_t, FrameCounters::kClasses> in_bad_size{};
     std::uint64_t in_pause = 0;
-    std::uint64_t out_discards = 0; ///< copies that did not leave
-    std::uint64_t out_too_long = 0; ///< of these, those longer than the port's frame_max
+    std::uint64_t in_control = 0;             ///< MAC control frames that are not PAUSE
+    std::uint64_t in_drop_events = 0;         ///< copies for the CPU that found its queue full
+    std::uint64_t out_discards = 0;           ///< copies that did not leave
+    std::uint64_t out_too_long = 0;           ///< of these, those longer than the port's frame_max
+    std::array<std::uint64_t, 8> out_queue{}; ///< copies that left, by queue
     std::uint64_t in_ip4 = 0, in_ip6 = 0, in_ip6_multicast = 0, out_ip6_multicast = 0;
 
-    /// One of the SDK's counters (bcm_stat_val_t, 0 to 77). What the simulated chip cannot see
-    /// (collisions, symbol and FCS errors, queue lengths) is 0.
+    /// A frame that is not good.
+    void count_bad(std::uint64_t& kind, std::size_t frame_bytes)
+    {
+        ++kind;
+        in_bad_octets += frame_bytes + 4;
+        if (frame_bytes >= 60)
+            ++in_bad_size[FrameCounters::size_class(wire_octets(frame_bytes))];
+    }
+    /// One of the SDK's counters (bcm_stat_val_t, 0 to 77); docs/counters.md says which are always
+    /// 0, and why.
     std::uint64_t stat(int counter) const;
 
     bool operator==(const PortCounters&) const = default;

@@ -121,6 +121,11 @@ TextTable port_counters_table(const Chip& chip, int chip_port)
         if (value != 0)
             table.rows.push_back({stat_name(counter), number(value)});
     }
+    for (std::size_t queue = 0; is_chip_port(chip_port) && queue < 8; ++queue) {
+        std::uint64_t value = chip.counters[chip_port].out_queue[queue];
+        if (value != 0)
+            table.rows.push_back({"egress queue " + std::to_string(queue), number(value)});
+    }
     return table;
 }
 

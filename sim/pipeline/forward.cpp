@@ -29,13 +29,14 @@ void count_arrival(PortCounters& c, const Packet& p)
     case DropReason::port_link_down:
         return;
     case DropReason::truncated:
-        ++c.in_undersize;
+        c.count_bad(c.in_undersize, p.frame.size());
         return;
     case DropReason::too_long:
-        ++c.in_oversize;
+        c.count_bad(c.in_oversize, p.frame.size());
         return;
     case DropReason::pause:
-        ++c.in_pause;
+        c.in_pause += p.control == MacControl::kPause ? 1 : 0;
+        c.in_control += p.control == MacControl::kOther ? 1 : 0;
         break;
     default:
         break;
@@ -73,6 +74,7 @@ std::uint64_t send_form(Chip& chip, const Packet& p, PortSet ports, FrameView fo
         outputs.push(port, form);
         PortCounters& c = chip.counters[port];
         c.out.count(p.cast, octets, size_class);
+        ++c.out_queue[static_cast<std::size_t>(p.queue)];
         c.out_ip6_multicast += ip6_multicast ? 1 : 0;
     }
     return copies;
@@ -121,6 +123,7 @@ bool send_to_cpu(Chip& chip, CpuReceive& cpu, const Packet& p)
     ++chip.drops.copies_meant;
     if (p.cpu_full) {
         ++chip.drops.copies[static_cast<std::size_t>(DropReason::cpu_queue_full)];
+        ++chip.counters[p.in_port].in_drop_events;
         return false;
     }
     cpu.enqueue(p);

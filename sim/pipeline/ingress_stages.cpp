@@ -20,6 +20,18 @@ bool is_reserved_group(MacAddress mac)
     return (mac & ~MacAddress{0xf}) == kReservedGroup;
 }
 
+/// To the group address of MAC control or to the port's own.
+MacControl mac_control(const PortConfig& port, const Packet& p)
+{
+    constexpr std::uint16_t kPauseCode = 1;
+    const MacAddress own = load_mac(port.pause_addr.data());
+    if (p.dst != kPauseAddress && (own == 0 || p.dst != own))
+        return MacControl::kNone;
+    const bool pause =
+        p.frame.size() >= kHeaderBytes + 2 && load16(p.frame.data() + kHeaderBytes) == kPauseCode;
+    return pause ? MacControl::kPause : MacControl::kOther;
+}
+
 std::string describe(const Packet& p)
 {
     std::string text = std::to_string(p.frame.size()) + " bytes, ";
@@ -72,10 +84,14 @@ Step stage::frame_size(const Chip& chip, Packet& p)
     return next();
 }
 
-/// The MAC takes PAUSE frames out; other reserved group addresses are marked here and go to the
-/// CPU once their VLAN is known.
+/// The MAC takes out what is addressed to it, by the group address or by the port's own; other
+/// reserved group addresses are marked here and go to the CPU once their VLAN is known.
 Step stage::control(const Chip& chip, Packet& p)
 {
+    if (p.ethertype == kControlType && !p.tagged) [[unlikely]]
+        p.control = mac_control(chip.ports[p.in_port], p);
+    if (p.control != MacControl::kNone && !p.from_cpu())
+        return drop(DropReason::pause);
     if (!is_reserved_group(p.dst) || p.from_cpu())
         return next();
     if (p.dst == kPauseAddress)

@@ -43,10 +43,14 @@ enum class Learning : std::uint8_t {
     kLearn    ///< the address is new here, or has moved here
 };
 
+/// What a frame says to the port's MAC.
+enum class MacControl : std::uint8_t { kNone, kPause, kOther };
+
 inline constexpr std::uint16_t kTagType = 0x8100;
 inline constexpr std::uint16_t kArpType = 0x0806;
 inline constexpr std::uint16_t kIp4Type = 0x0800;
 inline constexpr std::uint16_t kIp6Type = 0x86dd;
+inline constexpr std::uint16_t kControlType = 0x8808;
 inline constexpr std::size_t kHeaderBytes = 14;
 inline constexpr std::size_t kTagBytes = 4;
 
@@ -67,6 +71,7 @@ struct Packet {
     int priority = 0;
     const Vlan* vlan = nullptr;
 
+    MacControl control = MacControl::kNone;
     bool bpdu = false; ///< to a reserved bridge group address, which the port traps
     StpState stp = StpState::kForward;
     Learning learning = Learning::kNone;
@@ -80,6 +85,7 @@ struct Packet {
     PortSet out;           ///< ports to send to
     PortSet untagged;      ///< of these, those that send without a tag
     PortSet too_long;      ///< ports that would have sent a shorter frame
+    int queue = 0;         ///< of the ports that it leaves through
     ReasonSet cpu = 0;     ///< why the CPU gets a copy; 0: it gets none
     int cpu_reason = 0;    ///< the first of them, a bcm_rx_reason_t
     int cpu_queue = 0;     ///< where the copy waits

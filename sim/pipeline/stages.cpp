@@ -32,6 +32,7 @@ constexpr PipelineStage kForwarding[] = {
     {"egress membership", stage::egress_membership},
     {"egress spanning tree", stage::egress_spanning_tree},
     {"egress port", stage::egress_port},
+    {"egress queue", stage::egress_queue},
     {"tagging", stage::tagging},
     {"egress frame size", stage::egress_size},
 };
@@ -40,6 +41,7 @@ constexpr PipelineStage kDirect[] = {
     {"parse", stage::parse},
     {"egress port", stage::egress_port},
     {"tagging", stage::own_tag},
+    {"egress queue", stage::egress_queue},
     {"egress frame size", stage::egress_size},
 };
 

@@ -42,6 +42,7 @@ Step cpu_copy(const Chip& chip, Packet& p);
 Step egress_membership(const Chip& chip, Packet& p);
 Step egress_spanning_tree(const Chip& chip, Packet& p);
 Step egress_port(const Chip& chip, Packet& p);
+Step egress_queue(const Chip& chip, Packet& p);
 Step tagging(const Chip& chip, Packet& p);
 Step own_tag(const Chip& chip, Packet& p);
 Step egress_size(const Chip& chip, Packet& p);

@@ -37,6 +37,7 @@ TEST_F(Text, ATraceTellsWhatEachStageDecided)
               "spanning tree      the port is forwarding in group 1\n"
               "learning           00:aa:00:00:00:01 is unknown; learned here\n"
               "destination        00:bb:00:00:00:02 is at port 33, by a static entry\n"
+              "egress queue       queue 2, by priority 5\n"
               "tagging            untagged to 33\n"
               "result             untagged to 33\n");
 }

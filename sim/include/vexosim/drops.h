@@ -14,7 +14,7 @@ namespace vexosim {
     X(port_disabled, "the port is disabled")                                                       \
     X(port_link_down, "the port has no link")                                                      \
     X(too_long, "longer than the ingress port's maximum")                                          \
-    X(pause, "a PAUSE frame, for the port itself")                                                 \
+    X(pause, "a PAUSE or other control frame, for the port itself")                                \
     X(discard_all, "the port discards all frames")                                                 \
     X(discard_tagged, "the port discards tagged frames")                                           \
     X(discard_untagged, "the port discards untagged frames")                                       \

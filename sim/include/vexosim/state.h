@@ -24,7 +24,8 @@ TextTable vlans_table();
 TextTable fdb_table();
 /// Frames, octets and discards of the ports that have counted any.
 TextTable counters_table();
-/// The SDK's counters of one port that are not 0, by name. Empty for a port that is none.
+/// The SDK's counters of one port that are not 0, by name, and the frames that left by egress queue.
+/// Empty for a port that is none.
 TextTable port_counters_table(int user_port);
 /// Frames and copies that went nowhere, by reason; reasons that occurred only. The first rows say
 /// how many frames came and were delivered.
