@@ -32,12 +32,17 @@ int port_of(int n)
     return 1 + n % 53;
 }
 
-void set_up(Chip& chip)
+void bring_up_ports(Chip& chip)
 {
     for (int port = 1; port < kPortCount; ++port) {
         chip.ports.set_link(port, true);
         chip.ports.set_vlan_member(port, 3);
     }
+}
+
+void set_up(Chip& chip)
+{
+    bring_up_ports(chip);
     for (int n = 0; n < kAddresses; ++n) {
         MacEntry place;
         place.key = mac_key(station(n), 1);
@@ -51,6 +56,19 @@ struct Batch {
     std::vector<FrameView> frames;
 };
 
+std::vector<Batch> batches_of(const std::vector<std::vector<FrameView>>& by_port)
+{
+    std::vector<Batch> batches;
+    for (int port = 1; port < kPortCount; ++port) {
+        const auto& all = by_port[static_cast<std::size_t>(port)];
+        for (std::size_t i = 0; i + kBatch <= all.size(); i += kBatch)
+            batches.push_back({port,
+                               {all.begin() + static_cast<long>(i),
+                                all.begin() + static_cast<long>(i + kBatch)}});
+    }
+    return batches;
+}
+
 /// Every address is a source and a destination once; destinations come in an order of their own.
 std::vector<Batch> unicast_batches(std::vector<Frame>& frames)
 {
@@ -63,25 +81,13 @@ std::vector<Batch> unicast_batches(std::vector<Frame>& frames)
         frames.push_back(frame_between(station(other), station(n)));
         by_port[static_cast<std::size_t>(port_of(n))].push_back(frames.back());
     }
-    std::vector<Batch> batches;
-    for (int port = 1; port < kPortCount; ++port) {
-        const auto& all = by_port[static_cast<std::size_t>(port)];
-        for (std::size_t i = 0; i + kBatch <= all.size(); i += kBatch)
-            batches.push_back({port,
-                               {all.begin() + static_cast<long>(i),
-                                all.begin() + static_cast<long>(i + kBatch)}});
-    }
-    return batches;
+    return batches_of(by_port);
 }
 
-void KnownUnicast(benchmark::State& state)
+/// Forwards the batches again and again.
+void run(benchmark::State& state, Chip& chip, CpuReceive& cpu, Outputs& outputs,
+         const std::vector<Batch>& batches)
 {
-    Chip chip;
-    CpuReceive cpu;
-    Outputs outputs;
-    set_up(chip);
-    std::vector<Frame> frames;
-    std::vector<Batch> batches = unicast_batches(frames);
     std::size_t n = 0;
     for (auto _ : state) {
         const Batch& batch = batches[n++ % batches.size()];
@@ -93,7 +99,77 @@ void KnownUnicast(benchmark::State& state)
         state.SkipWithError("frames were dropped");
     state.SetItemsProcessed(static_cast<std::int64_t>(chip.drops.copies_sent));
 }
+
+void KnownUnicast(benchmark::State& state)
+{
+    Chip chip;
+    CpuReceive cpu;
+    Outputs outputs;
+    set_up(chip);
+    std::vector<Frame> frames;
+    run(state, chip, cpu, outputs, unicast_batches(frames));
+}
 BENCHMARK(KnownUnicast);
+
+/// The frame in a VLAN, by tag.
+Frame in_vlan(const Frame& frame, int vid)
+{
+    Frame tagged = frame;
+    const std::uint8_t tag[] = {0x81, 0, static_cast<std::uint8_t>(vid >> 8),
+                                static_cast<std::uint8_t>(vid)};
+    tagged.insert(tagged.begin() + 12, std::begin(tag), std::end(tag));
+    return tagged;
+}
+
+/// Two addresses talk to each other; the pairs are spread over the VLANs.
+constexpr int kPairs = kAddresses / 2;
+int vlan_of(int n, int vlans)
+{
+    return 1 + n % kPairs % vlans;
+}
+
+/// Every VLAN has all front ports, tagged.
+void spread_over_vlans(Chip& chip, int vlans)
+{
+    for (int vid = 1; vid <= vlans; ++vid) {
+        chip.vlans.create(vid);
+        chip.vlans.remove_ports(vid, PortSet::front());
+        chip.vlans.add_ports(vid, PortSet::front(), {});
+    }
+    for (int n = 0; n < kAddresses; ++n) {
+        MacEntry place;
+        place.key = mac_key(station(n), vlan_of(n, vlans));
+        place.port = static_cast<std::uint8_t>(port_of(n));
+        chip.macs.learn(place, 0);
+    }
+}
+
+/// Every frame is of another VLAN than the one before it, if there are several.
+std::vector<Batch> tagged_batches(std::vector<Frame>& frames, int vlans)
+{
+    std::vector<std::vector<FrameView>> by_port(kPortCount);
+    frames.reserve(kAddresses);
+    for (int n = 0; n < kAddresses; ++n) {
+        const int other = (n + kPairs) % kAddresses;
+        frames.push_back(in_vlan(frame_between(station(other), station(n)), vlan_of(n, vlans)));
+        by_port[static_cast<std::size_t>(port_of(n))].push_back(frames.back());
+    }
+    return batches_of(by_port);
+}
+
+/// The argument is the number of VLANs.
+void TaggedUnicast(benchmark::State& state)
+{
+    const auto vlans = static_cast<int>(state.range(0));
+    Chip chip;
+    CpuReceive cpu;
+    Outputs outputs;
+    bring_up_ports(chip);
+    spread_over_vlans(chip, vlans);
+    std::vector<Frame> frames;
+    run(state, chip, cpu, outputs, tagged_batches(frames, vlans));
+}
+BENCHMARK(TaggedUnicast)->Arg(1)->Arg(4094);
 
 void FloodTo52(benchmark::State& state)
 {
