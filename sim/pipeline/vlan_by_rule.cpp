@@ -12,7 +12,6 @@ namespace vexosim {
 
 namespace {
 
-constexpr std::uint16_t kIp4Type = 0x0800, kIp6Type = 0x86dd;
 constexpr std::uint16_t kFirstType = 0x0600; ///< smaller values are lengths
 constexpr std::size_t kIp4Header = 20, kIp6Header = 40;
 constexpr std::size_t kIp4Source = 12, kIp6Source = 8;

@@ -185,6 +185,39 @@ TEST_F(PortSettingsForwarding, UnknownUnicastsAreCopiedToTheCpuForOnePortOrAll)
     expect_to_cpu(unknown, 3, false);
 }
 
+TEST_F(PortSettingsForwarding, ControlFramesToThePortsOwnAddressEndThere)
+{
+    const TestFrame pause = ethernet(host4.mac, host1.mac, 0x8808, {0, 1});
+    expect_forwarded(pause, 3, {4, 5, 6});
+    EXPECT_TRUE(sdk().set_port_pause_addr(mp(3), host4.mac.data()));
+    expect_dropped(pause, 3, "pause");
+    unsigned long long heard = 0;
+    EXPECT_TRUE(sdk().get_port_stat_counter(mp(3), STAT_DOT3_IN_PAUSE_FRAMES, heard));
+    EXPECT_EQ(heard, 1u);
+    expect_forwarded(pause.tagged(10), 4, {3, 5, 6});
+}
+
+TEST_F(PortSettingsForwarding, TheLastOfTwoNamesOfTheDiscardModeHolds)
+{
+    EXPECT_TRUE(sdk().set_port_ingress_discarding(mp(3), INGRESS_DISCARD_ALL));
+    EXPECT_TRUE(sdk().set_port_vlan_accept_frame(mp(3), false));
+    expect_forwarded(unknown, 3, {4, 5, 6});
+}
+
+TEST_F(PortSettingsForwarding, APortWithEgressDownStillSendsKnownUnicasts)
+{
+    EXPECT_TRUE(sdk().set_port_egress_admin_state(mp(4), false));
+    EXPECT_TRUE(sdk().add_mac_to_port(mp(4), host2.mac.data(), 10, false));
+    expect_forwarded(unknown, 3, {4});
+}
+
+TEST_F(PortSettingsForwarding, APortWithoutLayer2IsStillHeard)
+{
+    EXPECT_TRUE(sdk().set_port_l2_enable(mp(4), false));
+    expect_forwarded(udp(host2, host3).tagged(10), 4, {3, 5, 6});
+    expect_forwarded(unknown, 3, {4});
+}
+
 TEST_F(PortSettingsForwarding, NeitherJammingNorTheForwardingModeChangesWhereFramesGo)
 {
     EXPECT_TRUE(sdk().set_port_jaming(mp(3), true));
