@@ -7,7 +7,7 @@
 #   PACES="..."      offered rates of which the best delivered one counts; 0 is unlimited
 set -euo pipefail
 seconds=${SECONDS_EACH:-3}
-paces=${PACES:-0 150000 300000 600000}
+paces=${PACES:-0 300000 600000 800000}
 
 if [ -z "${VEXO_COMPARE_INSIDE:-}" ]; then
     [ $# -ge 1 ] || { echo "usage: tap_compare.sh BUILD [ROUNDS]" >&2; exit 2; }
@@ -20,6 +20,9 @@ fi
 # Namespaces, daemons and TAPs are this process's own and end with it.
 bench=$1/bench
 rounds=$2
+for program in tap_card tap_relay frame_source; do
+    [ -x "$bench/$program" ] || { echo "tap_compare.sh: $bench/$program is not built" >&2; exit 1; }
+done
 mount -t tmpfs none /run
 mkdir -p /run/netns
 export OVS_RUNDIR=/run/ovs OVS_LOGDIR=/run/ovs OVS_DBDIR=/run/ovs OVS_SYSCONFDIR=/run/ovs

@@ -1,13 +1,22 @@
 // TAPs and packet sockets against the kernel's own network.
 
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
 #include <chrono>
+#include <cstddef>
+#include <numeric>
 
 #include "sim/wire/fd.h"
 #include "sim/wire/interface.h"
+#include "sim/wire/io_ring.h"
 #include "tests/hosts/network.h"
 #include "tests/sim/wire_frames.h"
 
@@ -77,6 +86,29 @@ bool has_carrier(const std::string& name)
     return interface_has_link(socket.get(), name);
 }
 
+std::string marks_of(const std::vector<int>& numbers)
+{
+    std::string text;
+    for (const int number : numbers) {
+        text += (text.empty() ? "" : " ") + std::to_string(number);
+    }
+    return text;
+}
+
+// From now on this process has no such system call.
+bool forbid(long call)
+{
+    std::array<sock_filter, 4> program{{
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<std::uint32_t>(call), 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    }};
+    const sock_fprog filter{static_cast<unsigned short>(program.size()), program.data()};
+    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+           ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
+}
+
 // A TAP and its far end, and a pair whose ends are both wires.
 struct Ends {
     std::unique_ptr<Wire> near, far;
@@ -111,6 +143,31 @@ TEST_F(WireLive, CarriesFramesInOrderBothWays)
         send(*ends.far, {4, 5, 6});
         EXPECT_EQ(marks(collect(*ends.near, 3)), "4 5 6");
     }
+}
+
+TEST_F(WireLive, CarriesLongBurstsInOrderBothWays)
+{
+    std::vector<int> all(200);
+    std::iota(all.begin(), all.end(), 0);
+    for (auto make : {tap, pair}) {
+        const Ends ends = make();
+        send(*ends.near, all);
+        EXPECT_EQ(marks(collect(*ends.far, all.size())), marks_of(all));
+        send(*ends.far, all);
+        EXPECT_EQ(marks(collect(*ends.near, all.size())), marks_of(all));
+    }
+}
+
+// As in a container that forbids it, or on an older kernel.
+TEST_F(WireLive, ATapCarriesBurstsWithoutIoUringToo)
+{
+    ASSERT_TRUE(forbid(SYS_io_uring_setup));
+    ASSERT_EQ(IoRing::of_this_thread(), nullptr);
+    const Ends ends = tap();
+    send(*ends.near, {1, 2, 3});
+    EXPECT_EQ(marks(collect(*ends.far, 3)), "1 2 3");
+    send(*ends.far, {4, 5, 6});
+    EXPECT_EQ(marks(collect(*ends.near, 3)), "4 5 6");
 }
 
 TEST_F(WireLive, KeepsFramesAndTheirTagsByteForByte)

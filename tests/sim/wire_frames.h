@@ -3,7 +3,6 @@
 
 #include <poll.h>
 
-#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -42,7 +41,7 @@ std::string marks(const Frames& frames)
     return text;
 }
 
-inline void send(vexosim::Wire& wire, std::initializer_list<int> list)
+inline void send(vexosim::Wire& wire, const std::vector<int>& list)
 {
     std::vector<Bytes> bytes;
     for (const int mark : list) {
