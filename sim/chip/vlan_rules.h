@@ -29,7 +29,7 @@ struct VlanSubnet {
     Ip6Address address{};
     int prefix = 0; ///< bits; of an IPv4 address, 0 to 32
 
-    auto operator<=>(const VlanSubnet&) const = default;
+    auto operator<=>(const VlanSubnet&) const = default; // NOLINT(modernize-use-nullptr): not one
 };
 
 struct ProtocolVlan {

@@ -21,7 +21,7 @@ public:
     void clear() { block_ = used_ = 0; }
 
 private:
-    static constexpr std::size_t kBlockBytes = 128 * 1024;
+    static constexpr std::size_t kBlockBytes = std::size_t{128} * 1024;
 
     struct Block {
         std::unique_ptr<std::uint8_t[]> memory;

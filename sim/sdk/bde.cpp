@@ -160,8 +160,9 @@ std::uintptr_t l2p(int dev, void* logical)
 
 void* p2l(int dev, std::uintptr_t physical)
 {
-    return answer("bde.p2l", args(dev, Address{physical}),
-                  [&] { return reinterpret_cast<void*>(physical); });
+    return answer("bde.p2l", args(dev, Address{physical}), [&] {
+        return reinterpret_cast<void*>(physical); // NOLINT(performance-no-int-to-ptr)
+    });
 }
 
 std::uintptr_t base_address(std::size_t dev, const BusDevice& device)
