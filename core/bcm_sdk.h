@@ -190,7 +190,7 @@ public:
     bool set_switch_forward_mode(unsigned mode) override;
     bool get_switch_forward_mode(unsigned& mode) override;
 
-    // ---- CPU trap filters (flow/trap_filter) --------------------------------------------------
+    // ---- CPU trap filters (flow/arp_filter, flow/trap_filter) ---------------------------------
     bool add_arp_filter(unsigned ip, unsigned mask) override;
     bool delete_arp_filter(unsigned ip, unsigned mask) override;
     bool delete_arp_filter_all() override;

@@ -416,10 +416,11 @@ public:
     virtual bool set_switch_forward_mode(unsigned mode) = 0;
     virtual bool get_switch_forward_mode(unsigned& mode) = 0;
 
-    // ---- CPU trap filters (flow/trap_filter) --------------------------------------------------
+    // ---- CPU trap filters (flow/arp_filter, flow/trap_filter) ---------------------------------
 
     /// Hands ARP frames for target addresses of `ip` / `mask` to the CPU, untagged or with one
-    /// tag. Adding a filter of the same `ip` AND `mask` succeeds and changes nothing.
+    /// tag. Adding a filter of the same `ip` AND `mask` succeeds and changes nothing. On failure,
+    /// parts already made stay in the chip, and the untagged half counts as the filter.
     virtual bool add_arp_filter(unsigned ip, unsigned mask) = 0;
 
     /// Always true; chip failures are printed. Deliberately, deleting a filter that was never added
@@ -464,15 +465,16 @@ public:
     // ---- Flows (flow/flow_entry, flow/flow_maintenance) ---------------------------------------
 
     /// Installs a flow without actions and writes its id; ids ascend from 0 and are never reused.
-    /// `udf` is read only when the flow's flags have `OF_QUALIFY_UDF`. Prints what it programs. On
-    /// failure, parts already made stay in the chip.
+    /// `udf` is read only when the flow's flags have `OF_QUALIFY_UDF`. Prints what it programs, and
+    /// what fails. On failure, parts already made stay in the chip, and the id is not used up.
     virtual bool add_of_flow(const of_flow_mp_s& flow, unsigned& id,
                              const of_flow_qualify_udf_s& udf) = 0;
 
     /// Does nothing and returns false: ids are the driver's to choose.
     virtual bool add_of_flow_with_id(const of_flow_mp_s& flow, unsigned id) = 0;
 
-    /// Deletes a flow and its counter. Deleting an absent flow succeeds.
+    /// Deletes a flow and its counter, and with the last flow of a kind the group they shared.
+    /// Deleting an absent flow succeeds. False when the chip fails; the flow then stays known.
     virtual bool delete_of_flow(unsigned id) = 0;
 
     /// Deletes every flow; ids keep ascending. Counters and groups deliberately stay. Always true.
@@ -481,12 +483,14 @@ public:
     // ---- Flow actions (flow/flow_action) ------------------------------------------------------
 
     /// Adds an action to a flow and installs the flow again. `port` is used only for an output of
-    /// type `OF_OUTPUT_PORT` and above. False for an absent flow and for an action not listed.
+    /// type `OF_OUTPUT_PORT` and above. False for an absent flow, for an action not listed, and
+    /// when the chip fails, after printing why; what was changed by then acts with the next change.
     virtual bool add_of_flow_action(unsigned id, of_action_t action, of_action_param_s param,
                                     const Mp& port) = 0;
 
     /// Removes an action. Deliberately, port outputs and MAC rewrites are not taken out: an output
-    /// port is added under the chip's other redirect action, a MAC rewrite is added once more.
+    /// port is added to the ports that the flow's frames never leave by, a MAC rewrite is added
+    /// once more.
     virtual bool delete_of_flow_action(unsigned id, of_action_t action, of_action_param_s param,
                                        const Mp& port) = 0;
 

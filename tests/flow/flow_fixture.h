@@ -45,7 +45,7 @@ private:
     of_flow_qualify_udf_s match_;
 };
 
-constexpr of_flow_qualify_udf_s no_udf = {};
+inline constexpr of_flow_qualify_udf_s no_udf = {};
 
 /// A card that is up, with the call log on and empty, and without flows.
 struct FlowCard : QuietCardTest {
