@@ -12,7 +12,8 @@ std::string Chip::check_conservation() const
     return "frames: " + n(drops.frames_in) + " in, " + n(drops.frames_delivered) + " delivered, " +
            n(drops.frame_drops()) + " dropped; copies: " + n(drops.copies_meant) + " meant, " +
            n(drops.copies_sent) + " sent, " + n(drops.copies_to_cpu) + " to the CPU, " +
-           n(drops.copy_drops()) + " dropped";
+           n(drops.copy_drops()) + " dropped; mirror copies: " + n(drops.mirrors_meant) +
+           " meant, " + n(drops.mirrors_sent) + " sent, " + n(drops.mirror_drops()) + " dropped";
 }
 
 std::uint64_t Chip::digest() const
@@ -35,11 +36,13 @@ std::uint64_t Chip::digest() const
     d.add(l3_hosts);
     d.add(l3_routes);
     d.add(counters);
-    for (std::uint64_t value : {drops.frames_in, drops.frames_delivered, drops.copies_meant,
-                                drops.copies_sent, drops.copies_to_cpu})
+    for (std::uint64_t value :
+         {drops.frames_in, drops.frames_delivered, drops.copies_meant, drops.copies_sent,
+          drops.copies_to_cpu, drops.mirrors_meant, drops.mirrors_sent})
         d.add(value);
     d.add(drops.frames);
     d.add(drops.copies);
+    d.add(drops.mirrors);
     return d.value();
 }
 

@@ -44,10 +44,16 @@ std::uint64_t DropCounters::copy_drops() const
     return sum(copies);
 }
 
+std::uint64_t DropCounters::mirror_drops() const
+{
+    return sum(mirrors);
+}
+
 bool DropCounters::balanced() const
 {
     return frames_in == frames_delivered + frame_drops() &&
-           copies_meant == copies_sent + copies_to_cpu + copy_drops();
+           copies_meant == copies_sent + copies_to_cpu + copy_drops() &&
+           mirrors_meant == mirrors_sent + mirror_drops();
 }
 
 } // namespace vexosim

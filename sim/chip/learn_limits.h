@@ -27,6 +27,18 @@ struct LearnLimits {
     std::array<int, kPortCount> by_port;
     std::array<int, kTrunkCount> by_trunk;
 
+    /// Whether one more address may be learned: in a VLAN, at a port or, unless -1, on a trunk. An
+    /// address that moves is counted in the system and its VLAN already. Static entries do not
+    /// count; the port limit does not bind members of trunks.
+    bool allow(const MacTally& learned, int vid, int port, int trunk, bool moves) const
+    {
+        auto v = static_cast<std::size_t>(vid), p = static_cast<std::size_t>(port),
+             t = static_cast<std::size_t>(trunk);
+        return (moves || (below(learned.all, system) && below(learned.vlan[v], by_vlan[v]))) &&
+               (trunk < 0 ? below(learned.port[p], by_port[p])
+                          : below(learned.trunk[t], by_trunk[t]));
+    }
+
     bool operator==(const LearnLimits&) const = default;
     void digest(Digest& d) const
     {
@@ -34,6 +46,12 @@ struct LearnLimits {
         d.add(by_vlan);
         d.add(by_port);
         d.add(by_trunk);
+    }
+
+private:
+    static bool below(std::size_t count, int limit)
+    {
+        return limit == kNone || count < static_cast<std::size_t>(limit);
     }
 };
 

@@ -38,6 +38,14 @@ void MacEntry::digest(Digest& d) const
         d.add(value);
 }
 
+void MacTally::count(const MacEntry& entry, int change)
+{
+    auto add = [&](std::uint16_t& n) { n = static_cast<std::uint16_t>(n + change); };
+    all += static_cast<std::size_t>(change);
+    add(vlan[static_cast<std::size_t>(entry.vid())]);
+    add(entry.on_trunk() ? trunk[entry.trunk] : port[entry.port]);
+}
+
 /// Half of the slots stay free, so that runs of taken ones are short.
 MacTable::MacTable(std::size_t capacity)
     : slots_(std::bit_ceil(2 * std::max<std::size_t>(capacity, 1))), capacity_(capacity),
@@ -57,7 +65,7 @@ int MacTable::add(const MacEntry& entry, bool replace_dynamic, std::uint64_t now
         if (present->is_static() || !replace_dynamic)
             return BCM_E_EXISTS;
         remove(static_cast<std::size_t>(present - slots_.data()));
-    } else if (size_ == capacity_) {
+    } else if (size() == capacity_) {
         return BCM_E_FULL;
     }
     insert(added);
@@ -135,7 +143,7 @@ bool MacTable::learn(const MacEntry& place, std::uint64_t now_us)
     }
     if (present != nullptr)
         remove(static_cast<std::size_t>(present - slots_.data()));
-    if (size_ == capacity_)
+    if (size() == capacity_)
         return false;
     MacEntry learned;
     learned.key = place.key;
@@ -162,7 +170,7 @@ std::size_t MacTable::age(std::uint64_t now_us)
         return 0;
     std::uint64_t limit_ms = static_cast<std::uint64_t>(age_seconds_) * 1000;
     std::uint32_t now_ms = to_ms(now_us), oldest = 0;
-    std::size_t erased = erase_if(size_, [&](const MacEntry& e) {
+    std::size_t erased = erase_if(size(), [&](const MacEntry& e) {
         if (e.is_static())
             return false;
         std::uint32_t idle = now_ms - e.heard_ms;
@@ -177,7 +185,7 @@ std::size_t MacTable::age(std::uint64_t now_us)
 std::vector<MacEntry> MacTable::snapshot() const
 {
     std::vector<MacEntry> entries;
-    entries.reserve(size_);
+    entries.reserve(size());
     std::ranges::copy_if(slots_, std::back_inserter(entries),
                          [](const MacEntry& e) { return e.key != MacEntry::kNoKey; });
     std::ranges::sort(entries, {}, &MacEntry::key);
@@ -193,7 +201,7 @@ void MacTable::take_events(std::vector<MacEvent>& events)
 bool MacTable::operator==(const MacTable& other) const
 {
     return capacity_ == other.capacity_ && age_seconds_ == other.age_seconds_ &&
-           size_ == other.size_ && std::ranges::all_of(slots_, [&](const MacEntry& e) {
+           size() == other.size() && std::ranges::all_of(slots_, [&](const MacEntry& e) {
                if (e.key == MacEntry::kNoKey)
                    return true;
                const MacEntry* same = other.find(e.key);
@@ -213,7 +221,7 @@ void MacTable::digest(Digest& d) const
     }
     d.add(capacity_);
     d.add(age_seconds_);
-    d.add(size_);
+    d.add(size());
     d.add(sum);
 }
 
@@ -223,7 +231,6 @@ void MacTable::insert(const MacEntry& entry)
     while (slots_[i].key != MacEntry::kNoKey)
         i = next(i);
     slots_[i] = entry;
-    ++size_;
     count(entry, 1);
     note(entry, true);
 }
@@ -231,7 +238,6 @@ void MacTable::insert(const MacEntry& entry)
 void MacTable::remove(std::size_t slot)
 {
     MacEntry gone = slots_[slot];
-    --size_;
     count(gone, -1);
     note(gone, false);
     close_gap(slot);
@@ -253,12 +259,9 @@ void MacTable::close_gap(std::size_t gap)
 
 void MacTable::count(const MacEntry& entry, int change)
 {
-    auto add = [&](std::uint16_t& n) { n = static_cast<std::uint16_t>(n + change); };
-    add(vlan_count_[static_cast<std::size_t>(entry.vid())]);
-    if (entry.on_trunk())
-        add(trunk_count_[entry.trunk]);
-    else
-        add(port_count_[entry.port]);
+    tally_.count(entry, change);
+    if (!entry.is_static())
+        learned_.count(entry, change);
 }
 
 void MacTable::note(const MacEntry& entry, bool inserted)

@@ -2,6 +2,7 @@
 /// The MAC table: where addresses are, by VLAN.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -70,6 +71,16 @@ struct MacEntry {
     void digest(Digest& d) const;
 };
 
+/// Entries in all, by VLAN, and by the port or trunk that is their destination.
+struct MacTally {
+    std::size_t all = 0;
+    std::array<std::uint16_t, kVlanIds> vlan{};
+    std::array<std::uint16_t, kPortCount> port{};
+    std::array<std::uint16_t, kTrunkCount> trunk{};
+
+    void count(const MacEntry& entry, int change);
+};
+
 struct MacEvent {
     MacEntry entry;
     bool inserted = false;
@@ -83,7 +94,7 @@ public:
 
     explicit MacTable(std::size_t capacity = kCapacity);
 
-    std::size_t size() const { return size_; }
+    std::size_t size() const { return tally_.all; }
     std::size_t capacity() const { return capacity_; }
     /// Null when absent; valid until the table changes.
     const MacEntry* find(std::uint64_t key) const
@@ -130,9 +141,11 @@ public:
     /// All entries, by VLAN and address.
     std::vector<MacEntry> snapshot() const;
     /// Entries in a VLAN, and entries whose destination is a port or trunk.
-    std::size_t count_vlan(int vid) const { return vlan_count_[static_cast<std::size_t>(vid)]; }
-    std::size_t count_port(int port) const { return port_count_[static_cast<std::size_t>(port)]; }
-    std::size_t count_trunk(int id) const { return trunk_count_[static_cast<std::size_t>(id)]; }
+    std::size_t count_vlan(int vid) const { return tally_.vlan[static_cast<std::size_t>(vid)]; }
+    std::size_t count_port(int port) const { return tally_.port[static_cast<std::size_t>(port)]; }
+    std::size_t count_trunk(int id) const { return tally_.trunk[static_cast<std::size_t>(id)]; }
+    /// The same of entries that are not static.
+    const MacTally& learned() const { return learned_; }
 
     /// From now on insertions and removals are noted, in order. Not part of the table's value.
     void start_events() { noting_ = true; }
@@ -161,12 +174,9 @@ private:
     std::vector<MacEntry> slots_;
     std::size_t capacity_;
     int shift_;
-    std::size_t size_ = 0;
     int age_seconds_ = 300;
     std::uint64_t next_age_us_ = 0; ///< nothing can be too old before
-    std::array<std::uint16_t, kVlanIds> vlan_count_{};
-    std::array<std::uint16_t, kPortCount> port_count_{};
-    std::array<std::uint16_t, kTrunkCount> trunk_count_{};
+    MacTally tally_, learned_;
     std::vector<MacEvent> events_;
     bool noting_ = false;
 };

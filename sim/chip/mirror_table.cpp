@@ -41,6 +41,8 @@ int MirrorTable::set(int port, int destination, std::uint32_t flags)
     if (!is_valid(flags) || destination == port)
         return BCM_E_PARAM;
     mirrors_[static_cast<std::size_t>(port)] = flags != 0 ? Mirror{destination, flags} : Mirror{};
+    ingress_.assign(port, (flags & BCM_MIRROR_PORT_INGRESS) != 0);
+    egress_.assign(port, (flags & BCM_MIRROR_PORT_EGRESS) != 0);
     return BCM_E_NONE;
 }
 

@@ -33,6 +33,10 @@ public:
     int set(int port, int destination, std::uint32_t flags);
 
     const Mirror& of(int port) const { return mirrors_[static_cast<std::size_t>(port)]; }
+    bool any() const { return (ingress_ | egress_).any(); }
+    /// Ports of which what they receive is copied, and what they send.
+    PortSet ingress() const { return ingress_; }
+    PortSet egress() const { return egress_; }
     /// Copies keep the format in which the frame was received.
     bool as_received() const { return format_ == 1; }
 
@@ -45,6 +49,7 @@ public:
 
 private:
     std::array<Mirror, kPortCount> mirrors_{};
+    PortSet ingress_, egress_;
     int format_ = 0;
 };
 

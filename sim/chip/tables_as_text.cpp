@@ -132,15 +132,16 @@ TextTable port_counters_table(const Chip& chip, int chip_port)
 TextTable drops_table(const Chip& chip)
 {
     const DropCounters& d = chip.drops;
-    TextTable table{{"what", "frames", "copies", "why"}, {}};
-    table.rows.push_back({"in", number(d.frames_in), number(d.copies_meant), ""});
+    TextTable table{{"what", "frames", "copies", "mirrored", "why"}, {}};
     table.rows.push_back(
-        {"delivered", number(d.frames_delivered), number(d.copies_sent + d.copies_to_cpu), ""});
+        {"in", number(d.frames_in), number(d.copies_meant), number(d.mirrors_meant), ""});
+    table.rows.push_back({"delivered", number(d.frames_delivered),
+                          number(d.copies_sent + d.copies_to_cpu), number(d.mirrors_sent), ""});
     for (std::size_t i = 1; i < kDropReasons; ++i) {
         auto reason = static_cast<DropReason>(i);
-        if (d.frames[i] != 0 || d.copies[i] != 0)
-            table.rows.push_back(
-                {drop_name(reason), number(d.frames[i]), number(d.copies[i]), drop_text(reason)});
+        if (d.frames[i] != 0 || d.copies[i] != 0 || d.mirrors[i] != 0)
+            table.rows.push_back({drop_name(reason), number(d.frames[i]), number(d.copies[i]),
+                                  number(d.mirrors[i]), drop_text(reason)});
     }
     return table;
 }

@@ -74,6 +74,16 @@ int VlanTable::remove_ports(int vid, PortSet ports)
     return BCM_E_NONE;
 }
 
+int VlanTable::set_group(int vid, int group)
+{
+    if (int rc = check(vid); rc != BCM_E_NONE)
+        return rc;
+    if (group < 1 || group > 255)
+        return BCM_E_PARAM;
+    vlans_[static_cast<std::size_t>(vid)].stg = static_cast<std::uint8_t>(group);
+    return BCM_E_NONE;
+}
+
 int VlanTable::get_ports(int vid, PortSet& members, PortSet& untagged) const
 {
     if (int rc = check(vid); rc != BCM_E_NONE)

@@ -43,6 +43,9 @@ public:
     int add_ports(int vid, PortSet ports, PortSet untagged);
     /// Ports that are no members are no error. NOT_FOUND; PORT.
     int remove_ports(int vid, PortSet ports);
+    /// Puts the VLAN into a spanning-tree group; a new one is in group 1. NOT_FOUND; PARAM: group
+    /// outside 1 to 255.
+    int set_group(int vid, int group);
     /// NOT_FOUND; nothing is stored then.
     int get_ports(int vid, PortSet& members, PortSet& untagged) const;
 

@@ -44,13 +44,26 @@ std::string describe_learning(const Chip& chip, const Packet& p)
     return (p.source == nullptr ? "learned here" : "moves here") + where;
 }
 
+/// Whether the table and the limits have room for the source.
+bool has_room(const Chip& chip, const Packet& p)
+{
+    bool moves = p.source != nullptr;
+    bool full = !moves && chip.macs.size() >= chip.macs.capacity();
+    bool limited = !chip.learn_limits.allow(chip.macs.learned(), p.vid, p.in_port,
+                                            chip.trunks.trunk_of(p.in_port), moves);
+    if (full || limited)
+        explain(p, [&](const PortNames&) {
+            return full ? "the MAC table is full" : "as many addresses as may be learned are known";
+        });
+    return !full && !limited;
+}
+
 /// A source that the table does not have at this port.
 Step strange_source(const Chip& chip, Packet& p)
 {
     std::uint8_t mode = chip.ports[p.in_port].learn;
     bool fixed = p.source != nullptr && p.source->is_static();
-    bool room = p.source != nullptr || chip.macs.size() < chip.macs.capacity();
-    if ((mode & BCM_PORT_LEARN_ARL) != 0 && !fixed && room)
+    if ((mode & BCM_PORT_LEARN_ARL) != 0 && !fixed && has_room(chip, p))
         p.learning = Learning::kLearn;
     if (p.stp == StpState::kLearn)
         return drop(DropReason::stp_learning);

@@ -1,6 +1,7 @@
 // What the stages decided takes effect here.
 #include "sim/pipeline/forward.h"
 
+#include "sim/pipeline/mirror.h"
 #include "sim/pipeline/rewrite.h"
 #include "sim/pipeline/stages.h"
 #include "sim/pipeline/vlan_by_rule.h"
@@ -134,6 +135,9 @@ bool send_to_cpu(Chip& chip, CpuReceive& cpu, const Packet& p)
 /// Each frame ends here, once.
 void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
 {
+    const bool mirroring = chip.mirrors.any();
+    if (mirroring) [[unlikely]]
+        mirror_to_cpu(chip, p);
     cpu.choose_queue(chip, p);
     DropCounters& drops = chip.drops;
     ++drops.frames_in;
@@ -146,6 +150,8 @@ void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
     drops.copies_sent += sent;
     if (p.too_long.any()) [[unlikely]]
         count_lost_copies(chip, p);
+    if (mirroring) [[unlikely]]
+        send_mirror_copies(chip, p, outputs);
     if (send_to_cpu(chip, cpu, p) || sent > 0) {
         ++drops.frames_delivered;
         return;

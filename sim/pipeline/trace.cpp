@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "sim/pipeline/mirror.h"
 #include "sim/pipeline/stages.h"
 
 namespace vexosim {
@@ -30,6 +31,27 @@ std::string result(const Packet& p, const PortNames& names)
     if (lost)
         add(std::string("dropped, ") + drop_name(p.drop) + ": " + drop_text(p.drop));
     return text;
+}
+
+std::string describe(const MirrorCopy& copy, const PortNames& names)
+{
+    std::string text = std::string(copy.egress ? "sent by " : "received by ") +
+                       names.name(copy.source) + ": " + mirror_form_name(copy.form) + " to " +
+                       names.name(copy.destination);
+    return copy.lost == DropReason::kNone ? text : text + ", lost: " + drop_text(copy.lost);
+}
+
+/// @return the ports that get a copy.
+PortSet explain_mirrors(const Chip& chip, Recorder& recorder, const Packet& p)
+{
+    PortSet mirrored;
+    recorder.enter("mirror");
+    for (const MirrorCopy& copy : mirror_copies(chip, p)) {
+        recorder.note(describe(copy, recorder.names()));
+        if (copy.lost == DropReason::kNone)
+            mirrored.set(copy.destination);
+    }
+    return mirrored;
 }
 
 std::string layout(const std::vector<Recorder::Line>& lines)
@@ -70,15 +92,19 @@ FrameTrace trace_frame(const Chip& chip, const CpuReceive& cpu, int chip_port, F
     p.in_port = chip_port;
     p.recorder = &recorder;
     run_forwarding_stages(chip, p);
+    mirror_to_cpu(chip, p);
     cpu.choose_queue(chip, p);
+    const PortSet mirrored = explain_mirrors(chip, recorder, p);
     recorder.enter("result");
-    recorder.note(result(p, names));
+    recorder.note(result(p, names) +
+                  (mirrored.any() ? "; mirrored to " + names.names(mirrored) : ""));
 
     FrameTrace trace;
     trace.lines = recorder.lines();
     trace.tagged = p.out - p.untagged;
     trace.untagged = p.out & p.untagged;
     trace.too_long = p.too_long;
+    trace.mirrored = mirrored;
     trace.to_cpu = p.cpu != 0 && !p.cpu_full;
     trace.drop = p.out.any() || trace.to_cpu ? DropReason::kNone : p.drop;
     trace.text = layout(trace.lines);

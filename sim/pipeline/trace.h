@@ -15,6 +15,7 @@ struct FrameTrace {
     std::vector<Recorder::Line> lines; ///< what each stage said
     PortSet tagged, untagged;          ///< ports that would send the frame, by form
     PortSet too_long;                  ///< ports that would not, because it is too long
+    PortSet mirrored;                  ///< ports that would send mirror copies
     bool to_cpu = false;
     DropReason drop = DropReason::kNone; ///< when it would get nowhere
 

@@ -76,6 +76,15 @@ void set_up_trunks(Chip& chip, Random& random)
     }
 }
 
+/// Also to the CPU, and to ports that are down.
+void set_up_mirrors(Chip& chip, Random& random)
+{
+    static constexpr std::uint32_t kFlags[] = {0, 0x3, 0x5, 0xd, 0xf};
+    chip.mirrors.set_format(random.below(2));
+    for (int port = 0; port < 8; ++port)
+        chip.mirrors.set(port, random.below(10), kFlags[random.one_in(2) ? 0 : random.below(5)]);
+}
+
 void add_entry(Chip& chip, Random& random)
 {
     MacEntry e;
@@ -123,15 +132,18 @@ TEST_P(Conservation, EveryFrameEndsOnceAndEveryTraceIsRight)
             set_up(path.chip, random);
         if (random.one_in(50))
             set_up_trunks(path.chip, random);
+        if (random.one_in(50))
+            set_up_mirrors(path.chip, random);
         if (random.one_in(3))
             path.take();
         path.chip.now_us += static_cast<std::uint64_t>(random.below(100'000));
         std::string where = path.send(random.below(8), some_frame(random));
         EXPECT_FALSE(where.empty());
-        copies += static_cast<std::uint64_t>(path.outputs.used().count());
+        for (int port : path.outputs.used())
+            copies += path.outputs.frames(port).size();
     }
     EXPECT_EQ(path.chip.drops.frames_in, frames);
-    EXPECT_EQ(path.chip.drops.copies_sent, copies);
+    EXPECT_EQ(path.chip.drops.copies_sent + path.chip.drops.mirrors_sent, copies);
 }
 
 TEST_P(Conservation, PortCountersAgreeWithTheFrames)
@@ -140,6 +152,7 @@ TEST_P(Conservation, PortCountersAgreeWithTheFrames)
     Path path;
     set_up(path.chip, random);
     std::array<std::uint64_t, kPortCount> frames{}, octets{};
+    set_up_mirrors(path.chip, random);
     for (int i = 0; i < 1000; ++i) {
         path.send(random.below(8), some_frame(random));
         for (int port : path.outputs.used()) {

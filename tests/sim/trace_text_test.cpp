@@ -123,10 +123,10 @@ TEST_F(Text, CountersAndDropsShowWhatHasHappened)
               "  33          0          0            0          0           1          64  "
               "           0\n");
     EXPECT_EQ(drops_table(chip).text(),
-              "what         frames  copies  why\n"
-              "in                2       2\n"
-              "delivered         1       2\n"
-              "discard_all       1       0  the port discards all frames\n");
+              "what         frames  copies  mirrored  why\n"
+              "in                2       2         0\n"
+              "delivered         1       2         0\n"
+              "discard_all       1       0         0  the port discards all frames\n");
     EXPECT_EQ(port_counters_table(chip, 2).text().substr(0, 70),
               "counter                      value\n"
               "snmpIfOutOctets                 64\n");
@@ -160,12 +160,17 @@ TEST(DropCounters, AFrameOrACopyTooManyIsNoticed)
     chip.drops.frames_in = 1;
     EXPECT_EQ(
         chip.check_conservation(),
-        "frames: 1 in, 0 delivered, 0 dropped; copies: 0 meant, 0 sent, 0 to the CPU, 0 dropped");
+        "frames: 1 in, 0 delivered, 0 dropped; copies: 0 meant, 0 sent, 0 to the CPU, 0 dropped; "
+        "mirror copies: 0 meant, 0 sent, 0 dropped");
     chip.drops.frames[1] = 1;
     EXPECT_EQ(chip.check_conservation(), "");
     chip.drops.copies_sent = 1;
     EXPECT_NE(chip.check_conservation(), "");
     chip.drops.copies_meant = 1;
+    EXPECT_EQ(chip.check_conservation(), "");
+    chip.drops.mirrors_meant = 1;
+    EXPECT_NE(chip.check_conservation(), "");
+    chip.drops.mirrors[1] = 1;
     EXPECT_EQ(chip.check_conservation(), "");
 }
 

@@ -59,6 +59,7 @@ const char* drop_text(DropReason reason);
 /// delivered (at least one copy left through a port or was queued for the CPU) or dropped for one
 /// reason. A copy that was meant for a port or the CPU and did not get there is counted by itself;
 /// a frame of which no copy got anywhere counts as dropped for the reason of the first of them.
+/// What mirroring sends through a port is neither: it says nothing about where the frame went.
 struct DropCounters {
     std::uint64_t frames_in = 0;
     std::uint64_t frames_delivered = 0;
@@ -67,10 +68,14 @@ struct DropCounters {
     std::uint64_t copies_to_cpu = 0;                  ///< queued for the CPU
     std::array<std::uint64_t, kDropReasons> frames{}; ///< dropped frames by reason
     std::array<std::uint64_t, kDropReasons> copies{}; ///< dropped copies by reason
+    std::uint64_t mirrors_meant = 0;
+    std::uint64_t mirrors_sent = 0;                    ///< by a mirror's destination
+    std::array<std::uint64_t, kDropReasons> mirrors{}; ///< lost mirror copies by reason
 
     std::uint64_t frame_drops() const;
     std::uint64_t copy_drops() const;
-    /// Whether every frame, and every copy, is accounted for.
+    std::uint64_t mirror_drops() const;
+    /// Whether every frame, and every copy of either kind, is accounted for.
     bool balanced() const;
 
     bool operator==(const DropCounters&) const = default;
