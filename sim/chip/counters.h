@@ -74,6 +74,13 @@ struct PortCounters {
         if (frame_bytes >= 60)
             ++in_bad_size[FrameCounters::size_class(wire_octets(frame_bytes))];
     }
+    /// A copy that leaves.
+    void count_sent(Cast kind, std::uint32_t octets, std::size_t size_class, int queue, bool ip6)
+    {
+        out.count(kind, octets, size_class);
+        ++out_queue[static_cast<std::size_t>(queue)];
+        out_ip6_multicast += ip6 && kind != Cast::kUnicast ? 1 : 0;
+    }
     /// One of the SDK's counters (bcm_stat_val_t, 0 to 77); docs/counters.md says which are always
     /// 0, and why.
     std::uint64_t stat(int counter) const;

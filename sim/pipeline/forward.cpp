@@ -68,15 +68,12 @@ std::uint64_t send_form(Chip& chip, const Packet& p, PortSet ports, FrameView fo
 {
     std::uint32_t octets = wire_octets(form.size());
     std::size_t size_class = FrameCounters::size_class(octets);
-    bool ip6_multicast = p.multicast() && p.ethertype == kIp6Type;
+    bool ip6 = p.ethertype == kIp6Type;
     std::uint64_t copies = 0;
     for (int port : ports) {
         ++copies;
         outputs.push(port, form);
-        PortCounters& c = chip.counters[port];
-        c.out.count(p.cast, octets, size_class);
-        ++c.out_queue[static_cast<std::size_t>(p.queue)];
-        c.out_ip6_multicast += ip6_multicast ? 1 : 0;
+        chip.counters[port].count_sent(p.cast, octets, size_class, p.queue, ip6);
     }
     return copies;
 }

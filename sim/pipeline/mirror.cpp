@@ -92,9 +92,8 @@ void send(Chip& chip, const Packet& p, const MirrorCopy& copy, Outputs& outputs)
     outputs.push(copy.destination, frame);
     ++chip.drops.mirrors_sent;
     std::uint32_t octets = wire_octets(frame.size());
-    PortCounters& c = chip.counters[copy.destination];
-    c.out.count(p.cast, octets, FrameCounters::size_class(octets));
-    c.out_ip6_multicast += p.multicast() && p.ethertype == kIp6Type ? 1 : 0;
+    chip.counters[copy.destination].count_sent(p.cast, octets, FrameCounters::size_class(octets),
+                                               p.queue, p.ethertype == kIp6Type);
 }
 
 } // namespace
