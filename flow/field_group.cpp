@@ -44,7 +44,7 @@ bool take_udf_ids(const FieldGroupNode& group, std::vector<bcm_udf_s>& words)
     return true;
 }
 
-/// Destroys UDFs until one fails, which is not tried again by itself.
+/// Destroys the group's UDFs in order and gives their ids back, until one fails.
 int destroy_udfs(const FieldGroupNode& group)
 {
     for (const auto& [id, offset] : group.udf_ids()) {
