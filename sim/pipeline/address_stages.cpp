@@ -81,14 +81,13 @@ int flood_reason(const Packet& p)
     return p.cast == Cast::kBroadcast ? bcmRxReasonBroadcast : bcmRxReasonMulticast;
 }
 
-/// To the place of the entry that the destination has. Which member of a trunk that is, the next
-/// stage says.
+/// To the place of the entry that the destination has.
 Step to_entry(const Chip& chip, Packet& p)
 {
     const MacEntry& entry = *p.destination;
     if (entry.on_trunk())
         return entry.trunk == chip.trunks.trunk_of(p.in_port) ? drop(DropReason::same_trunk)
-                                                              : next();
+                                                              : to_trunk(chip, p);
     if (chip.trunks.companions(p.in_port).test(entry.port))
         return drop(entry.port == p.in_port ? DropReason::same_port : DropReason::same_trunk);
     p.out = PortSet{entry.port} - entry.block;

@@ -26,7 +26,6 @@ constexpr PipelineStage kForwarding[] = {
     {"learning", stage::learn},
     {"destination", stage::look_up},
     {"storm control", stage::storm_control},
-    {"trunk", stage::trunk_member},
     {"flooding", stage::flood},
     {"CPU copy", stage::cpu_copy},
     {"egress membership", stage::egress_membership},

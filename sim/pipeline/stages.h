@@ -34,7 +34,6 @@ Step source(const Chip& chip, Packet& p);
 Step learn(const Chip& chip, Packet& p);
 Step look_up(const Chip& chip, Packet& p);
 Step storm_control(const Chip& chip, Packet& p);
-Step trunk_member(const Chip& chip, Packet& p);
 Step flood(const Chip& chip, Packet& p);
 Step cpu_copy(const Chip& chip, Packet& p);
 

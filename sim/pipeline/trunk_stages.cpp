@@ -83,7 +83,9 @@ int member_for(const Trunk& trunk, const Packet& p)
     return trunk.members[flow_of(p, trunk.criterion) % trunk.members.size()];
 }
 
-[[gnu::noinline]] Step send_through_trunk(const Chip& chip, Packet& p)
+} // namespace
+
+Step to_trunk(const Chip& chip, Packet& p)
 {
     int id = p.destination->trunk;
     const Trunk* trunk = chip.trunks.check(id) == 0 ? &chip.trunks.at(id) : nullptr;
@@ -99,20 +101,11 @@ int member_for(const Trunk& trunk, const Packet& p)
     return p.out.any() ? next() : drop(DropReason::entry_blocked);
 }
 
-} // namespace
-
 TrunkFlood trunk_flood(const Packet& p)
 {
     if (!p.multicast())
         return TrunkFlood::kUnknownUnicast;
     return p.ip_multicast() ? TrunkFlood::kIpMulticast : TrunkFlood::kMulticast;
-}
-
-Step stage::trunk_member(const Chip& chip, Packet& p)
-{
-    if (p.destination == nullptr || !p.destination->on_trunk()) [[likely]]
-        return next();
-    return send_through_trunk(chip, p);
 }
 
 } // namespace vexosim

@@ -1,5 +1,5 @@
 /// @file
-/// What is flooded to trunks.
+/// What goes to trunks.
 #pragma once
 
 #include "sim/pipeline/stages.h"
@@ -8,5 +8,7 @@ namespace vexosim {
 
 /// Which designated member of a trunk sends the frame, unless it is unicast to a known address.
 TrunkFlood trunk_flood(const Packet& p);
+/// Chooses the member for a frame whose destination is at an entry on a trunk.
+Step to_trunk(const Chip& chip, Packet& p);
 
 } // namespace vexosim
