@@ -11,6 +11,7 @@ using Ids = std::vector<unsigned>;
 std::vector<bcm_udf_s> words_at(const std::vector<uint32_t>& offsets)
 {
     std::vector<bcm_udf_s> words;
+    words.reserve(offsets.size());
     for (const uint32_t offset : offsets)
         words.push_back({0, offset, {}, {}});
     return words;

@@ -22,7 +22,10 @@ inline of_flow_mp_s flow_of(unsigned flags)
 
 /// A match of every bit of some bytes.
 struct Udf {
-    Udf(uint32_t offset, std::vector<uint8_t> data) : Udf(offset, data, every_bit(data.size())) {}
+    Udf(uint32_t offset, const std::vector<uint8_t>& data)
+        : Udf(offset, data, every_bit(data.size()))
+    {
+    }
     Udf(uint32_t offset, std::vector<uint8_t> data, std::vector<uint8_t> mask)
         : data_(std::move(data)),
           mask_(std::move(mask)), match_{offset, static_cast<uint32_t>(data_.size()), data_.data(),
