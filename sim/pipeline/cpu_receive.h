@@ -12,8 +12,8 @@
 #include <bcm/rx.h>
 
 #include "sim/chip/chip.h"
-#include "sim/pipeline/packet.h"
 #include "sim/chip/token_bucket.h"
+#include "sim/pipeline/packet.h"
 
 namespace vexosim {
 

@@ -3,6 +3,7 @@
 #include <random>
 
 #include <bcm/l2.h>
+#include <bcmx/rate.h>
 
 #include "path.h"
 
@@ -85,6 +86,24 @@ void set_up_mirrors(Chip& chip, Random& random)
         chip.mirrors.set(port, random.below(10), kFlags[random.one_in(2) ? 0 : random.below(5)]);
 }
 
+/// Limits that are met now and then, and rules for some addresses and the type of some frames.
+void set_up_rules(Chip& chip, Random& random)
+{
+    static constexpr int kFlags[] = {BCM_RATE_DLF, BCM_RATE_MCAST, BCM_RATE_BCAST};
+    for (int port = 1; port < 8; ++port) {
+        const int storm = random.below(3);
+        chip.rates.set(port, static_cast<StormClass>(storm), random.below(3) * 20, kFlags[storm]);
+        chip.ports.set_cos(port, random.below(8), random.below(4));
+        chip.vlan_rules.delete_all_protocols(port);
+        if (random.one_in(4))
+            chip.vlan_rules.add_protocol(port, {1, 0x0800, 1 + random.below(4)});
+    }
+    if (random.one_in(4))
+        chip.vlan_rules.add_mac(kHostC, {1 + random.below(4), random.below(8)});
+    if (random.one_in(8))
+        chip.vlan_rules.add_ip4(0, 0, {1 + random.below(4), random.below(8)});
+}
+
 void add_entry(Chip& chip, Random& random)
 {
     MacEntry e;
@@ -128,8 +147,10 @@ TEST_P(Conservation, EveryFrameEndsOnceAndEveryTraceIsRight)
     for (int i = 0; i < 2000 && !HasFailure(); ++i, ++frames) {
         if (random.one_in(20))
             add_entry(path.chip, random);
-        if (random.one_in(100))
+        if (random.one_in(100)) {
             set_up(path.chip, random);
+            set_up_rules(path.chip, random);
+        }
         if (random.one_in(50))
             set_up_trunks(path.chip, random);
         if (random.one_in(50))
