@@ -204,6 +204,7 @@ TEST_F(Kit, ASweepPutsTheChipBack)
     }).run();
     bcmx_vlan_destroy(20);
     bcmx_port_speed_set(kFirstLport + 1, 1000);
+    bcmx_port_autoneg_set(kFirstLport + 1, 1);
     EXPECT_EQ(chip_digest(), before);
 }
 

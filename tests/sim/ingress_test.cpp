@@ -183,10 +183,12 @@ TEST(Control, PauseFramesEndInTheMac)
 {
     Path path;
     path.only({1, 2});
-    EXPECT_EQ(path.send(1, TestFrame(0x0180c2000001, kHostA)), "drop:pause");
+    Frame pause = TestFrame(0x0180c2000001, kHostA).type(0x8808).bytes();
+    pause[15] = 1;
+    EXPECT_EQ(path.send(1, pause), "drop:pause");
     EXPECT_EQ(path.chip.counters[1].stat(58), 1u);
     path.chip.ports.set_bpdu_enable(1, 0);
-    EXPECT_EQ(path.send(1, TestFrame(0x0180c2000001, kHostA)), "drop:pause");
+    EXPECT_EQ(path.send(1, pause), "drop:pause");
 }
 
 TEST(Control, ReservedGroupAddressesGoToTheCpuOnlyWhileThePortTrapsThem)
