@@ -39,17 +39,29 @@ TextTable fdb_table()
     return fdb_table(*chip, port_names());
 }
 
+TextTable lags_table()
+{
+    const ChipLock chip;
+    return lags_table(*chip, port_names());
+}
+
+TextTable vlan_rules_table()
+{
+    const ChipLock chip;
+    return vlan_rules_table(*chip, port_names());
+}
+
 TextTable counters_table()
 {
     const ChipLock chip;
     return counters_table(*chip, port_names());
 }
 
-TextTable port_counters_table(int user_port)
+TextTable port_counters_table(int user_port, bool all)
 {
     const ChipLock chip;
     const int chip_port = chip_port_of(user_port);
-    return chip_port < 0 ? TextTable{} : port_counters_table(*chip, chip_port);
+    return chip_port < 0 ? TextTable{} : port_counters_table(*chip, chip_port, all);
 }
 
 TextTable drops_table()

@@ -1,7 +1,6 @@
 #include "sim/chip/port_names.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace vexosim {
 
@@ -17,6 +16,17 @@ std::string PortNames::name(int chip_port) const
         return "cpu";
     return user(chip_port) < 0 ? "chip:" + std::to_string(chip_port)
                                : std::to_string(user(chip_port));
+}
+
+std::vector<int> PortNames::in_order() const
+{
+    std::vector<int> ports;
+    for (int port : PortSet::front())
+        ports.push_back(port);
+    std::ranges::stable_sort(ports, {},
+                             [&](int port) { return user(port) < 0 ? kPortCount : user(port); });
+    ports.push_back(kCpuPort);
+    return ports;
 }
 
 std::string PortNames::names(PortSet ports) const

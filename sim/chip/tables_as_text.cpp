@@ -15,18 +15,6 @@ std::string number(std::uint64_t value)
     return std::to_string(value);
 }
 
-/// Chip ports by user port; those without one behind, the CPU port last.
-std::vector<int> ports_in_order(const PortNames& names)
-{
-    std::vector<int> ports;
-    for (int port : PortSet::front())
-        ports.push_back(port);
-    std::ranges::stable_sort(
-        ports, {}, [&](int port) { return names.user(port) < 0 ? kPortCount : names.user(port); });
-    ports.push_back(kCpuPort);
-    return ports;
-}
-
 const char* discard_name(DiscardMode mode)
 {
     static constexpr std::array<const char*, 4> kNames = {"none", "all", "untagged", "tagged"};
@@ -35,13 +23,9 @@ const char* discard_name(DiscardMode mode)
 
 std::string learn_name(std::uint8_t flags)
 {
-    std::string name;
-    for (int bit = 0; bit < 3; ++bit) {
-        static constexpr std::array<const char*, 3> kNames = {"learn", "cpu", "forward"};
-        if ((flags >> bit & 1) != 0)
-            name += (name.empty() ? "" : "+") + std::string(kNames[static_cast<std::size_t>(bit)]);
-    }
-    return name.empty() ? "none" : name;
+    static constexpr std::array<const char*, 8> kNames = {
+        "off", "learn", "cpu", "learn+cpu", "forward", "on", "forward+cpu", "on+cpu"};
+    return kNames[flags & 7u];
 }
 
 std::string entry_kind(const MacEntry& entry)
@@ -51,24 +35,24 @@ std::string entry_kind(const MacEntry& entry)
 
 std::string entry_place(const MacEntry& entry, const PortNames& names)
 {
-    return entry.on_trunk() ? "trunk " + std::to_string(entry.trunk) : names.name(entry.port);
+    return entry.on_trunk() ? "lag " + std::to_string(entry.trunk) : names.name(entry.port);
 }
 
 } // namespace
 
 TextTable ports_table(const Chip& chip, const PortNames& names)
 {
-    TextTable table{{"port", "admin", "link", "speed", "duplex", "autoneg", "pvid", "frame_max",
-                     "learning", "discard", "stp"},
-                    {}};
-    for (int port : ports_in_order(names)) {
+    TextTable table{
+        {"port", "admin", "link", "speed", "auto", "pvid", "mtu", "learn", "discard", "stp"}, {}};
+    for (int port : names.in_order()) {
         const PortConfig& c = chip.ports[port];
-        table.rows.push_back({names.name(port), c.enable ? "up" : "down",
-                              chip.ports.link().test(port) ? "up" : "down", std::to_string(c.speed),
-                              c.duplex_full ? "full" : "half", c.autoneg ? "on" : "off",
-                              std::to_string(c.pvid), std::to_string(c.frame_max),
-                              learn_name(c.learn), discard_name(c.discard),
-                              stp_state_name(chip.stgs.state(StgTable::kDefaultGroup, port))});
+        table.rows.push_back(
+            {names.name(port), c.enable ? "up" : "down",
+             chip.ports.link().test(port) ? "up" : "down",
+             number(static_cast<std::uint64_t>(c.speed)) + (c.duplex_full ? "/full" : "/half"),
+             c.autoneg ? "on" : "off", std::to_string(c.pvid), std::to_string(c.frame_max),
+             learn_name(c.learn), discard_name(c.discard),
+             stp_state_name(chip.stgs.state(StgTable::kDefaultGroup, port))});
     }
     return table;
 }
@@ -96,10 +80,10 @@ TextTable fdb_table(const Chip& chip, const PortNames& names)
 
 TextTable counters_table(const Chip& chip, const PortNames& names)
 {
-    TextTable table{{"port", "in_frames", "in_octets", "in_discards", "in_errors", "out_frames",
-                     "out_octets", "out_discards"},
+    TextTable table{{"port", "in_frames", "in_octets", "in_drop", "in_err", "out_frames",
+                     "out_octets", "out_drop"},
                     {}};
-    for (int port : ports_in_order(names)) {
+    for (int port : names.in_order()) {
         const PortCounters& c = chip.counters[port];
         Row values = {number(c.in.frames()),  number(c.in.octets),
                       number(c.in_discards),  number(c.in_undersize + c.in_oversize),
@@ -113,12 +97,12 @@ TextTable counters_table(const Chip& chip, const PortNames& names)
     return table;
 }
 
-TextTable port_counters_table(const Chip& chip, int chip_port)
+TextTable port_counters_table(const Chip& chip, int chip_port, bool all)
 {
     TextTable table{{"counter", "value"}, {}};
     for (int counter = 0; is_chip_port(chip_port) && counter < kStatCount; ++counter) {
         std::uint64_t value = chip.counters[chip_port].stat(counter);
-        if (value != 0)
+        if (all || value != 0)
             table.rows.push_back({stat_name(counter), number(value)});
     }
     for (std::size_t queue = 0; is_chip_port(chip_port) && queue < 8; ++queue) {
@@ -132,7 +116,7 @@ TextTable port_counters_table(const Chip& chip, int chip_port)
 TextTable drops_table(const Chip& chip)
 {
     const DropCounters& d = chip.drops;
-    TextTable table{{"what", "frames", "copies", "mirrored", "why"}, {}};
+    TextTable table{{"what", "frames", "copies", "mirror", "why"}, {}};
     table.rows.push_back(
         {"in", number(d.frames_in), number(d.copies_meant), number(d.mirrors_meant), ""});
     table.rows.push_back({"delivered", number(d.frames_delivered),

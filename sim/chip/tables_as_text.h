@@ -11,8 +11,10 @@ namespace vexosim {
 TextTable ports_table(const Chip& chip, const PortNames& names);
 TextTable vlans_table(const Chip& chip, const PortNames& names);
 TextTable fdb_table(const Chip& chip, const PortNames& names);
+TextTable lags_table(const Chip& chip, const PortNames& names);
+TextTable vlan_rules_table(const Chip& chip, const PortNames& names);
 TextTable counters_table(const Chip& chip, const PortNames& names);
-TextTable port_counters_table(const Chip& chip, int chip_port);
+TextTable port_counters_table(const Chip& chip, int chip_port, bool all = false);
 TextTable drops_table(const Chip& chip);
 
 } // namespace vexosim

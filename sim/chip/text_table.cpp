@@ -7,6 +7,9 @@ namespace vexosim {
 
 namespace {
 
+constexpr std::size_t kLineWidth = 80;
+constexpr std::size_t kNarrowest = 10;
+
 bool is_number(const std::string& text)
 {
     return !text.empty() &&
@@ -38,12 +41,64 @@ std::vector<bool> numeric_columns(const TextTable& table)
     return numeric;
 }
 
+std::size_t line_width(const std::vector<std::size_t>& widths)
+{
+    std::size_t width = 0;
+    for (std::size_t column : widths)
+        width += column + 2;
+    return width - 2;
+}
+
+/// Makes the widest columns of text narrower until a line fits.
+void fit(std::vector<std::size_t>& widths, const std::vector<bool>& numeric)
+{
+    for (std::size_t width = widths.empty() ? 0 : line_width(widths); width > kLineWidth; --width) {
+        std::size_t widest = widths.size();
+        for (std::size_t i = 0; i < widths.size(); ++i) {
+            if (!numeric[i] && widths[i] > kNarrowest &&
+                (widest == widths.size() || widths[i] > widths[widest]))
+                widest = i;
+        }
+        if (widest == widths.size())
+            return;
+        --widths[widest];
+    }
+}
+
+/// The beginning of a text that fits, up to a comma or a blank if there is one.
+std::size_t fold_at(std::string_view text, std::size_t width)
+{
+    if (text.size() <= width)
+        return text.size();
+    const std::size_t last = text.find_last_of(", ", width - 1);
+    return last == std::string_view::npos ? std::min(text.find_first_of(", "), text.size() - 1) + 1
+                                          : last + 1;
+}
+
+/// A row as rows whose cells are no wider than their columns, if they can be folded.
+std::vector<std::vector<std::string>> folded(std::vector<std::string> row,
+                                             const std::vector<std::size_t>& widths)
+{
+    std::vector<std::vector<std::string>> lines;
+    for (bool left = true; left;) {
+        left = false;
+        std::vector<std::string>& line = lines.emplace_back();
+        for (std::size_t i = 0; i < row.size() && i < widths.size(); ++i) {
+            const std::size_t end = fold_at(row[i], widths[i]);
+            line.push_back(row[i].substr(0, end));
+            row[i].erase(0, end);
+            left |= !row[i].empty();
+        }
+    }
+    return lines;
+}
+
 std::string line_of(const std::vector<std::string>& cells, const std::vector<std::size_t>& widths,
                     const std::vector<bool>& numeric)
 {
     std::string line;
     for (std::size_t i = 0; i < cells.size() && i < widths.size(); ++i) {
-        std::string fill(widths[i] - cells[i].size(), ' ');
+        std::string fill(widths[i] - std::min(widths[i], cells[i].size()), ' ');
         line += (i == 0 ? "" : "  ") + (numeric[i] ? fill + cells[i] : cells[i] + fill);
     }
     line.erase(line.find_last_not_of(' ') + 1);
@@ -56,9 +111,12 @@ std::string TextTable::text() const
 {
     std::vector<std::size_t> widths = widths_of(*this);
     std::vector<bool> numeric = numeric_columns(*this);
+    fit(widths, numeric);
     std::string all = line_of(columns, widths, numeric);
-    for (const auto& row : rows)
-        all += line_of(row, widths, numeric);
+    for (const auto& row : rows) {
+        for (const auto& line : folded(row, widths))
+            all += line_of(line, widths, numeric);
+    }
     return all;
 }
 

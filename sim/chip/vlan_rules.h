@@ -72,6 +72,13 @@ public:
     SubnetRules::const_pointer find_subnet(bool ip6, const std::uint8_t* address) const;
     const ProtocolVlan* find_protocol(int port, int frame_type, std::uint16_t ethertype) const;
 
+    const std::map<MacAddress, VlanAssignment>& by_mac() const { return by_mac_; }
+    const SubnetRules& by_subnet() const { return by_subnet_; }
+    const std::vector<ProtocolVlan>& by_protocol(int port) const
+    {
+        return by_protocol_[static_cast<std::size_t>(port)];
+    }
+
     bool operator==(const VlanRules&) const = default;
     void digest(Digest& d) const;
 

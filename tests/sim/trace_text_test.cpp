@@ -114,19 +114,15 @@ TEST_F(Text, CountersAndDropsShowWhatHasHappened)
     chip.ports.set_discard(1, 1);
     send(1, kToAll);
     EXPECT_EQ(counters_table(chip, names).text(),
-              "port  in_frames  in_octets  in_discards  in_errors  out_frames  out_octets  "
-              "out_discards\n"
-              "   1          2        128            1          0           0           0  "
-              "           0\n"
-              "   2          0          0            0          0           1          64  "
-              "           0\n"
-              "  33          0          0            0          0           1          64  "
-              "           0\n");
+              "port  in_frames  in_octets  in_drop  in_err  out_frames  out_octets  out_drop\n"
+              "   1          2        128        1       0           0           0         0\n"
+              "   2          0          0        0       0           1          64         0\n"
+              "  33          0          0        0       0           1          64         0\n");
     EXPECT_EQ(drops_table(chip).text(),
-              "what         frames  copies  mirrored  why\n"
-              "in                2       2         0\n"
-              "delivered         1       2         0\n"
-              "discard_all       1       0         0  the port discards all frames\n");
+              "what         frames  copies  mirror  why\n"
+              "in                2       2       0\n"
+              "delivered         1       2       0\n"
+              "discard_all       1       0       0  the port discards all frames\n");
     EXPECT_EQ(port_counters_table(chip, 2).text().substr(0, 70),
               "counter                      value\n"
               "snmpIfOutOctets                 64\n");

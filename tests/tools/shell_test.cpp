@@ -1,62 +1,8 @@
-#include "tools/vexosh/shell.h"
-
-#include <gtest/gtest.h>
-
-#include <fstream>
-#include <optional>
-#include <sstream>
-
+#include "tests/tools/shell_test_fixture.h"
 #include "tools/vexosh/call.h"
-#include "vexosim/clock.h"
 #include "vexosim/state.h"
 
 using namespace vexosh;
-
-namespace {
-
-class ShellTest : public testing::Test {
-protected:
-    ShellTest()
-    {
-        vexosim::use_manual_clock();
-        session_.emplace(out_);
-        shell_.emplace(*session_);
-    }
-
-    /// What a line prints.
-    std::string run(const std::string& line)
-    {
-        out_.str("");
-        shell_->run_line(line);
-        return out_.str();
-    }
-
-    /// The one line that a failing line answers with.
-    std::string error_of(const std::string& line)
-    {
-        try {
-            run(line);
-        } catch (const BadInput& problem) {
-            return problem.what();
-        }
-        return "no error";
-    }
-
-    /// A script in a file of its own.
-    static std::string script(const std::string& text)
-    {
-        std::string path = testing::TempDir() + "vexosh_script_" +
-                           testing::UnitTest::GetInstance()->current_test_info()->name();
-        std::ofstream(path) << text;
-        return path;
-    }
-
-    std::ostringstream out_;
-    std::optional<Session> session_;
-    std::optional<Shell> shell_;
-};
-
-} // namespace
 
 TEST_F(ShellTest, VlanVerbsChangeWhatShowVlansSays)
 {
@@ -166,13 +112,14 @@ TEST_F(ShellTest, BadInputIsOneLineThatNamesIt)
 {
     const std::pair<const char*, const char*> cases[] = {
         {"foo", "unknown command 'foo'; try help"},
-        {"vlan", "'vlan' is followed by one of: create, delete, add, remove, access"},
+        {"vlan",
+         "'vlan' is followed by one of: create, delete, add, remove, access, cpu, mac, subnet, "
+         "protocol, no-protocol"},
         {"vlan create", "missing VID; usage: vlan create VID"},
         {"vlan create 1 2", "unexpected '2'; usage: vlan create VID"},
         {"vlan create x", "bad VLAN 'x': a number from 0 to 65535 is wanted"},
         {"vlan create 5000", "vlan create 5000: the driver refused"},
-        {"vlan add 1", "missing tagged or untagged; usage: vlan add VID tagged PORTS | untagged "
-                       "PORTS ..."},
+        {"vlan add 1", "missing tagged or untagged; usage: vlan add VID tagged|untagged PORTS ..."},
         {"port pvid 54 1", "bad port '54': 0 to 52 or cpu is wanted"},
         {"port speed 1 5", "bad speed '5': one of 10, 100, 1000, 10000 is wanted"},
         {"attach 1=nothing:x", ""},

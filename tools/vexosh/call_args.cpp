@@ -16,7 +16,14 @@ bool starts_with_any(std::string_view name, std::initializer_list<std::string_vi
     return false;
 }
 
-/// A VLAN bitmap (VLAN v is bit v mod 8 of byte v div 8) from a list of VLAN ids and ranges.
+template <class Array>
+Bytes bytes_of(const Array& array)
+{
+    return Bytes(array.begin(), array.end());
+}
+
+} // namespace
+
 Bytes vlan_bitmap(std::string_view word)
 {
     Bytes bitmap(512);
@@ -35,14 +42,6 @@ Bytes vlan_bitmap(std::string_view word)
     }
     return bitmap;
 }
-
-template <class Array>
-Bytes bytes_of(const Array& array)
-{
-    return Bytes(array.begin(), array.end());
-}
-
-} // namespace
 
 void read_value(std::string_view word, std::string_view name, bool& value)
 {

@@ -16,6 +16,9 @@
 /// `read(word, name)` if so, `get()` for the call, and `show(name)` with an output's text.
 namespace vexosh {
 
+/// A VLAN bitmap (VLAN v is bit v mod 8 of byte v div 8) from a list like 1,4-6; - is none.
+Bytes vlan_bitmap(std::string_view word);
+
 /// Values from words. `name` is the argument's name as the usage shows it.
 void read_value(std::string_view word, std::string_view name, bool& value);
 void read_value(std::string_view word, std::string_view name, int& value);

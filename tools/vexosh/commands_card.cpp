@@ -173,9 +173,10 @@ constexpr Command kCommands[] = {
      "at first",
      forwarding},
     {"wait", "DURATION", "let time pass: 5s, 250ms, 10us", wait},
-    {"events", "on|off", "print packets for the CPU and link changes as they come", events},
+    {"events", "on|off", "print packets for the CPU, link and MAC table changes as they come",
+     events},
     {"calls", "on|off|clear", "log the driver's SDK calls; `show calls` prints them", calls},
-    {"fault", "CALL CODE [nth N] [sticky] | clear",
+    {"fault", "CALL|clear [CODE] [nth N] [sticky]",
      "make an SDK call fail (or with 0, do nothing); CALL may be any", fault},
 };
 

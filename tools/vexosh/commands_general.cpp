@@ -16,9 +16,10 @@ void list_commands(std::ostream& out)
     for (const Command* command : all_commands()) {
         std::string words = command->words;
         words.resize(width, ' ');
-        out << "  " << words << "  " << command->help << '\n';
+        out << folded("  " + words + "  " + command->help, width + 4) << '\n';
     }
-    out << "Ports are user ports: 0 to 52, and cpu; lists read 1,4-6. `help COMMAND` says more.\n";
+    out << "Ports are user ports: 0 to 52, and cpu; lists read 1,4-6.\n"
+           "`help COMMAND` says more about one, or about all that begin so.\n";
 }
 
 void help(Shell& shell, Words& words)
@@ -36,8 +37,8 @@ void help(Shell& shell, Words& words)
     for (const Command* command : all_commands()) {
         const std::string_view begin = command->words;
         if (begin == wanted || begin.starts_with(wanted + " ")) {
-            shell.out() << command->words << (*command->usage == '\0' ? "" : " ") << command->usage
-                        << "\n    " << command->help << '\n';
+            shell.out() << folded(synopsis(*command), 8) << '\n'
+                        << folded(std::string("    ") + command->help, 4) << '\n';
             found = true;
             takes_frame |= std::string_view(command->usage).find("FRAME") != std::string_view::npos;
         }
@@ -46,7 +47,7 @@ void help(Shell& shell, Words& words)
         throw BadInput("no command '" + wanted + "'; help lists them all");
     }
     if (takes_frame) {
-        shell.out() << "FRAME is " << kFrameUsage << '\n';
+        shell.out() << folded(std::string("FRAME is ") + kFrameUsage, 4) << '\n';
     }
 }
 

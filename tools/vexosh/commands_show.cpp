@@ -10,35 +10,6 @@
 namespace vexosh {
 namespace {
 
-void show_ports(Shell& shell, Words& words)
-{
-    words.end();
-    shell.out() << vexosim::ports_table().text();
-}
-
-void show_vlans(Shell& shell, Words& words)
-{
-    words.end();
-    shell.out() << vexosim::vlans_table().text();
-}
-
-void show_fdb(Shell& shell, Words& words)
-{
-    words.end();
-    shell.out() << vexosim::fdb_table().text();
-}
-
-void show_counters(Shell& shell, Words& words)
-{
-    if (words.empty()) {
-        shell.out() << vexosim::counters_table().text();
-        return;
-    }
-    const int port = parse_user_port(words.next("PORT"));
-    words.end();
-    shell.out() << vexosim::port_counters_table(port).text();
-}
-
 void show_drops(Shell& shell, Words& words)
 {
     words.end();
@@ -87,11 +58,6 @@ void show_calls(Shell& shell, Words& words)
 }
 
 constexpr Command kCommands[] = {
-    {"show ports", "", "settings and link of every port", show_ports},
-    {"show vlans", "", "VLANs and their members", show_vlans},
-    {"show fdb", "", "the MAC table", show_fdb},
-    {"show counters", "[PORT]", "frames and bytes of every port, or all counters of one",
-     show_counters},
     {"show drops", "", "frames that were not forwarded, by reason", show_drops},
     {"show cpu", "", "packets that reached the CPU, alike ones together", show_cpu},
     {"show wires", "", "what ports are plugged into", show_wires},

@@ -270,4 +270,28 @@ std::string text(const Mp& port)
     return port == Mp(3, kCpuUserPort) ? "cpu" : std::to_string(port.port());
 }
 
+std::string text(std::list<Mp> ports)
+{
+    std::string result;
+    const auto append = [&](const std::string& part) {
+        result += (result.empty() ? "" : ",") + part;
+    };
+    ports.sort();
+    if (!ports.empty() && text(ports.back()) == "cpu") {
+        append("cpu");
+        ports.pop_back();
+    }
+    while (!ports.empty()) {
+        const unsigned first = ports.front().port();
+        unsigned last = first;
+        for (ports.pop_front(); !ports.empty() && ports.front().port() == last + 1;) {
+            ++last;
+            ports.pop_front();
+        }
+        append(std::to_string(first) +
+               (last == first ? "" : (last == first + 1 ? "," : "-") + std::to_string(last)));
+    }
+    return result.empty() ? "-" : result;
+}
+
 } // namespace vexosh

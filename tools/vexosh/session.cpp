@@ -17,6 +17,7 @@ namespace vexosh {
 namespace {
 
 constexpr std::size_t kPacketsKept = 4096;
+constexpr int kListed = 2; // MAC entries of a table walk
 
 // Link callbacks get no cookie, so there is one session a process.
 Session* the_session = nullptr;
@@ -42,6 +43,7 @@ Session::Session(std::ostream& out) : out_(out)
     set_event_sink([this](const std::string& line) { print(line); });
     sdk_->register_rx_packet_callback(on_packet, this);
     sdk_->register_link_change_callback(on_link, nullptr);
+    sdk_->register_mac_update_callback(on_mac, nullptr);
     if (!vexosim::manual_clock()) {
         manager_ = std::thread([this] { manage(); });
     }
@@ -91,6 +93,18 @@ void Session::on_link(LinkStatus* status, Usp* port)
     session.wake_.notify_all();
 }
 
+void Session::on_mac(L2Addr* addr, int type, void* data)
+{
+    if (type == kListed || the_session->print_events_) {
+        print_event(addr, type, data);
+    }
+}
+
+void Session::walk_mac_table()
+{
+    driver()->traverse_mac_table(nullptr);
+}
+
 void Session::manage()
 {
     std::unique_lock lock(mutex_);
@@ -110,8 +124,16 @@ void Session::manage()
 void Session::handle(const LinkEvent& event)
 {
     Mp port(0, 0);
-    if (event.up && auto_forwarding_ && map_user_port_to_mp(event.user_port, port)) {
-        driver()->set_port_stp_state(port, STP_FORWARDING);
+    if (!map_user_port_to_mp(event.user_port, port)) {
+        return;
+    }
+    auto sdk = driver();
+    // A member joins its LAG first: until then it must not forward on its own.
+    if (!lags_.link_changed(*sdk, port, event.up)) {
+        print("port " + text(port) + ": the driver refused to change the members of its lag");
+    }
+    if (event.up && auto_forwarding_) {
+        sdk->set_port_stp_state(port, STP_FORWARDING);
     }
 }
 

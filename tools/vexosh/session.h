@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/sdk_base.h"
+#include "tools/vexosh/lags.h"
 
 namespace vexosh {
 
@@ -22,7 +23,8 @@ struct CpuPacket {
 };
 
 /// One card with the driver on it, and what a manager does for it: bring-up through the driver's
-/// entry points, callbacks, ports that come up put into forwarding, and one driver call at a time.
+/// entry points, callbacks, ports that come up put into forwarding, LAGs kept in step with links,
+/// and one driver call at a time.
 class Session {
 public:
     /// Brings the card up. Throws std::runtime_error when the driver gives no instance.
@@ -47,6 +49,12 @@ public:
     };
     Driver driver() { return Driver(driver_mutex_, sdk_); }
 
+    /// The LAGs; to be used with the driver held.
+    Lags& lags() { return lags_; }
+
+    /// Prints the MAC table as the driver lists it to its subscribers.
+    void walk_mac_table();
+
     /// Lets everything that is due happen: on the manual clock all pending events, including what
     /// the manager does about them.
     void settle();
@@ -68,6 +76,7 @@ private:
     };
     static void on_packet(class RxPacket* packet, void* cookie);
     static void on_link(class LinkStatus* status, class Usp* port);
+    static void on_mac(class L2Addr* addr, int type, void* data);
     void print(const std::string& line);
     void manage();
     void handle(const LinkEvent& event);
@@ -75,6 +84,7 @@ private:
     std::ostream& out_;
     VexoSdkBase* sdk_ = nullptr;
     std::recursive_mutex driver_mutex_;
+    Lags lags_; // of the driver's mutex, too
 
     mutable std::mutex mutex_; // of everything below
     std::condition_variable wake_;

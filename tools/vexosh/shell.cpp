@@ -8,26 +8,26 @@ namespace {
 
 constexpr int kDeepestScript = 16;
 
-std::size_t matching_words(const Command& command, const std::vector<std::string>& words)
+std::string joined(const std::vector<std::string>& words, const char* separator)
 {
-    const std::vector<std::string> wanted = split_words(command.words);
-    const bool matches =
-        wanted.size() <= words.size() && std::equal(wanted.begin(), wanted.end(), words.begin());
-    return matches ? wanted.size() : 0;
+    std::string text;
+    for (const std::string& word : words) {
+        text += (text.empty() ? "" : separator) + word;
+    }
+    return text;
 }
 
-/// What may follow the words that were understood.
-std::string suggestions(const std::string& first)
+/// Why words begin no command: as far as they are understood, and what may come then.
+std::string unknown_command(std::vector<std::string> words)
 {
-    std::string result;
-    for (const Command* command : all_commands()) {
-        const std::vector<std::string> words = split_words(command->words);
-        if (words[0] == first && words.size() > 1 &&
-            (" " + result + ",").find(" " + words[1] + ",") == std::string::npos) {
-            result += (result.empty() ? "" : ", ") + words[1];
+    const std::string first = words[0];
+    while (!words.empty()) {
+        if (const std::vector<std::string> next = next_command_words(words); !next.empty()) {
+            return "'" + joined(words, " ") + "' is followed by one of: " + joined(next, ", ");
         }
+        words.pop_back();
     }
-    return result;
+    return "unknown command '" + first + "'; try help";
 }
 
 } // namespace
@@ -47,6 +47,11 @@ bool Words::take(std::string_view word)
     return taken;
 }
 
+unsigned Words::number(const char* what, std::int64_t least, std::int64_t most)
+{
+    return static_cast<unsigned>(parse_number(next(what), what, least, most));
+}
+
 std::vector<std::string> Words::rest()
 {
     std::vector<std::string> words(words_.begin() + static_cast<std::ptrdiff_t>(next_),
@@ -64,19 +69,7 @@ void Words::end() const
 
 void Words::usage_error(const std::string& problem) const
 {
-    throw BadInput(problem + "; usage: " + usage_);
-}
-
-std::vector<const Command*> all_commands()
-{
-    std::vector<const Command*> all;
-    for (const auto commands : {card_commands(), vlan_commands(), port_commands(), frame_commands(),
-                                show_commands(), general_commands()}) {
-        for (const Command& command : commands) {
-            all.push_back(&command);
-        }
-    }
-    return all;
+    throw BadInput(problem + "; usage: " + synopsis(*command_));
 }
 
 void require(bool done, const std::string& what)
@@ -84,6 +77,11 @@ void require(bool done, const std::string& what)
     if (!done) {
         throw BadInput(what + ": the driver refused");
     }
+}
+
+void print(Shell& shell, const vexosim::TextTable& table, const char* when_empty)
+{
+    shell.out() << (table.rows.empty() ? std::string(when_empty) + "\n" : table.text());
 }
 
 void Shell::run_line(const std::string& line)
@@ -101,25 +99,13 @@ void Shell::run_line(const std::string& line)
 
 void Shell::run_command(const std::vector<std::string>& words)
 {
-    const Command* best = nullptr;
     std::size_t length = 0;
-    for (const Command* command : all_commands()) {
-        if (const std::size_t matched = matching_words(*command, words); matched > length) {
-            best = command;
-            length = matched;
-        }
+    const Command* command = find_command(words, length);
+    if (command == nullptr) {
+        throw BadInput(unknown_command(words));
     }
-    if (best == nullptr) {
-        const std::string next = suggestions(words[0]);
-        throw BadInput(next.empty() ? "unknown command '" + words[0] + "'; try help"
-                                    : "'" + words[0] + "' is followed by one of: " + next);
-    }
-    const std::string usage =
-        std::string(best->words) + (*best->usage == '\0' ? "" : " ") + best->usage;
-    Words rest(
-        std::vector<std::string>(words.begin() + static_cast<std::ptrdiff_t>(length), words.end()),
-        usage);
-    best->run(*this, rest);
+    Words rest({words.begin() + static_cast<std::ptrdiff_t>(length), words.end()}, *command);
+    command->run(*this, rest);
     session_.settle();
 }
 

@@ -1,22 +1,26 @@
 #pragma once
 
 #include <iosfwd>
-#include <span>
 #include <string>
 #include <vector>
 
+#include "tools/vexosh/grammar.h"
 #include "tools/vexosh/input.h"
 #include "tools/vexosh/session.h"
+#include "vexosim/state.h"
 
 namespace vexosh {
 
 /// The words behind a command, taken one by one. Errors carry the command's usage.
 class Words {
 public:
-    Words(std::vector<std::string> words, std::string usage)
-        : words_(std::move(words)), usage_(std::move(usage))
+    Words(std::vector<std::string> words, const Command& command)
+        : words_(std::move(words)), command_(&command)
     {
     }
+
+    /// What the command begins with.
+    std::string command() const { return command_->words; }
 
     bool empty() const { return next_ == words_.size(); }
     std::size_t size() const { return words_.size() - next_; }
@@ -26,6 +30,8 @@ public:
     std::string peek() const { return empty() ? std::string{} : words_[next_]; }
     /// Takes the next word if it is this one.
     bool take(std::string_view word);
+    /// The next word as a number within limits.
+    unsigned number(const char* what, std::int64_t least, std::int64_t most);
     /// All words that are left.
     std::vector<std::string> rest();
     /// Complains if a word is left.
@@ -34,17 +40,8 @@ public:
 
 private:
     std::vector<std::string> words_;
-    std::string usage_;
+    const Command* command_;
     std::size_t next_ = 0;
-};
-
-class Shell;
-
-struct Command {
-    const char* words; ///< what it begins with, e.g. "vlan add"
-    const char* usage; ///< what follows
-    const char* help;  ///< one line
-    void (*run)(Shell&, Words&);
 };
 
 /// Reads commands and runs them on a session. A command that fails says why in one line.
@@ -72,16 +69,10 @@ private:
     int nesting_ = 0;
 };
 
-/// Commands by subject, each list in the order help shows it.
-std::span<const Command> general_commands();
-std::span<const Command> card_commands();
-std::span<const Command> vlan_commands();
-std::span<const Command> port_commands();
-std::span<const Command> frame_commands();
-std::span<const Command> show_commands();
-std::vector<const Command*> all_commands();
-
 /// Throws unless the driver did what it was asked.
 void require(bool done, const std::string& what);
+
+/// Prints a table, or a line in its place when it has no rows.
+void print(Shell& shell, const vexosim::TextTable& table, const char* when_empty);
 
 } // namespace vexosh

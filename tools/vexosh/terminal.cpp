@@ -17,19 +17,14 @@ char* prompt(EditLine*)
     return text;
 }
 
-/// The words that commands may have after those before the cursor.
-std::set<std::string> next_words(const std::vector<std::string>& before, const std::string& begin)
-{
-    std::set<std::string> found;
-    for (const Command* command : all_commands()) {
-        const std::vector<std::string> words = split_words(command->words);
-        if (words.size() > before.size() &&
-            std::equal(before.begin(), before.end(), words.begin()) &&
-            words[before.size()].starts_with(begin)) {
-            found.insert(words[before.size()]);
-        }
-    }
-    return found;
+/// What may stand at the cursor, after the text before its word.
+std::set<std::string> candidates(std::string_view before, const std::string& begin)
+try {
+    const std::vector<std::string> all =
+        completions(split_words(split_commands(before).back()), begin);
+    return {all.begin(), all.end()};
+} catch (const BadInput&) {
+    return {}; // inside quotes
 }
 
 std::string common_start(const std::set<std::string>& words)
@@ -47,7 +42,7 @@ unsigned char complete(EditLine* line, int)
                                  static_cast<std::size_t>(info->cursor - info->buffer));
     const std::size_t start = typed.find_last_of(' ') + 1; // 0 when there is no blank
     const std::string begin(typed.substr(start));
-    const std::set<std::string> found = next_words(split_words(typed.substr(0, start)), begin);
+    const std::set<std::string> found = candidates(typed.substr(0, start), begin);
     if (found.empty()) {
         return CC_ERROR;
     }

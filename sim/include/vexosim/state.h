@@ -12,7 +12,8 @@ struct TextTable {
     std::vector<std::string> columns;
     std::vector<std::vector<std::string>> rows;
 
-    /// The column heads and the rows, in columns of equal width; numbers stand to the right.
+    /// The column heads and the rows, in columns of equal width; numbers stand to the right. Cells
+    /// with commas or blanks are folded so that lines are no longer than 80 characters.
     std::string text() const;
 };
 
@@ -22,11 +23,15 @@ TextTable ports_table();
 TextTable vlans_table();
 /// One row for each MAC entry, by VLAN and address.
 TextTable fdb_table();
+/// One row for each trunk: its id, criterion (1 to 6) and active members in their order.
+TextTable lags_table();
+/// VLANs of untagged frames by source address, source subnet and protocol.
+TextTable vlan_rules_table();
 /// Frames, octets and discards of the ports that have counted any.
 TextTable counters_table();
-/// The SDK's counters of one port that are not 0, by name, and the frames that left by egress queue.
-/// Empty for a port that is none.
-TextTable port_counters_table(int user_port);
+/// The SDK's counters of one port by name, all 78 or those that are not 0, and the frames that left
+/// by egress queue. Empty for a port that is none.
+TextTable port_counters_table(int user_port, bool all = false);
 /// Frames and copies that went nowhere, by reason; reasons that occurred only. The first rows say
 /// how many frames came and were delivered.
 TextTable drops_table();

@@ -1,0 +1,77 @@
+#include "tools/vexosh/grammar.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/tools/shell_test_fixture.h"
+
+using namespace vexosh;
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+std::size_t longest_line(const std::string& text)
+{
+    std::size_t longest = 0;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        longest = std::max(longest, line.size());
+    }
+    return longest;
+}
+
+} // namespace
+
+TEST(Completion, OffersTheWordsOfCommands)
+{
+    EXPECT_EQ(completions({"lag"}, ""), (Names{"create", "delete", "add", "remove", "criterion"}));
+    EXPECT_EQ(completions({"fdb", "limit"}, "p"), Names{"port"});
+    EXPECT_EQ(completions({"nothing"}, ""), Names{});
+}
+
+TEST(Completion, OffersWhatTheUsageSpellsOutWhereItMayStand)
+{
+    EXPECT_EQ(completions({"port", "duplex"}, ""), Names{});
+    EXPECT_EQ(completions({"port", "duplex", "1"}, ""), (Names{"half", "full"}));
+    EXPECT_EQ(completions({"port", "duplex", "1", "full"}, ""), Names{});
+    EXPECT_EQ(completions({"port", "storm", "1", "all"}, "o"), Names{"off"});
+    EXPECT_EQ(completions({"fdb", "flush", "vlan", "1"}, ""), Names{"static"});
+    EXPECT_EQ(completions({"show", "fdb", "vlan", "1"}, "l"), (Names{"lag", "learned"}));
+    EXPECT_EQ(completions({"port", "block", "1", "2", "all"}, "k"), Names{"known-multicast"});
+}
+
+TEST(Help, FoldsLongLinesAtBlanks)
+{
+    const std::string word(30, 'a');
+    EXPECT_EQ(folded(word + " " + word + " " + word, 4), word + " " + word + "\n    " + word);
+    EXPECT_EQ(folded(std::string(90, 'a'), 4), std::string(90, 'a'));
+}
+
+TEST_F(ShellTest, HelpFitsTheScreenAndTellsOfEveryCommand)
+{
+    const std::string all = run("help");
+    EXPECT_LE(longest_line(all), 80u);
+    for (const Command* command : all_commands()) {
+        EXPECT_NE(all.find(std::string("  ") + command->words + "  "), std::string::npos)
+            << command->words;
+        const std::string one = run(std::string("help ") + command->words);
+        EXPECT_LE(longest_line(one), 80u) << one;
+        EXPECT_TRUE(one.starts_with(command->words)) << one;
+    }
+}
+
+TEST_F(ShellTest, TablesFitTheScreen)
+{
+    run("attach 0-52=mem; wait 1s; vlan create 4000; vlan add 4000 tagged "
+        "1,3,5,7,9,11,13,15,17,19,21,23,25,27,29,31,33,35,37,39 untagged 0,2,4,6,8,10,12,14,16");
+    run("lag create 4000000000; lag add 0 1,3,5,7,9,11,13,52; send 0 type=0x88b5");
+    run("fdb system 02:00:00:00:00:01 1; port storm 1 all 1000000000; mirror from 1 to 2 both");
+    run("vlan subnet 2001:db8:1111:2222:3333:4444:5555:6666/128 4000 7");
+    for (const Command* command : all_commands()) {
+        const std::string words = command->words;
+        if (words.starts_with("show ") && words != "show capture") {
+            const std::string table = run(words + (words == "show port" ? " 1" : ""));
+            EXPECT_LE(longest_line(table), 80u) << table;
+        }
+    }
+}
