@@ -10,7 +10,7 @@ packages_of() {
         echo g++ cmake ninja-build pkg-config googletest libpcap-dev libedit-dev libcli11-dev \
             nlohmann-json3-dev
         ;;
-    hosts) echo iproute2 iputils-ping ;;
+    hosts) echo iproute2 iputils-ping tcpdump lldpd openvswitch-switch ;;
     ci) echo g++-powerpc-linux-gnu qemu-user clang-format clang-tidy ;;
     bench) echo libbenchmark-dev valgrind iproute2 iputils-ping openvswitch-switch ;;
     capture) echo iproute2 iputils-ping ethtool tcpdump socat lldpd openvswitch-switch ;;
@@ -66,7 +66,21 @@ apt() {
         exit 1
     }
 }
+# Services that come with packages (lldpd, Open vSwitch) are for tests to start, not for the machine.
+policy=/usr/sbin/policy-rc.d
+if [ ! -e $policy ]; then
+    trap '"${as_root[@]}" rm -f $policy "$log"' EXIT
+    printf '#!/bin/sh\nexit 101\n' | "${as_root[@]}" tee $policy >/dev/null
+    "${as_root[@]}" chmod 755 $policy
+fi
 [ ${#as_root[@]} -eq 0 ] || sudo -v
 echo "Installing ${#missing[@]} packages (this may take some minutes): ${missing[*]}"
 apt update
 apt install --no-install-recommends "${missing[@]}"
+if command -v systemctl >/dev/null; then
+    for package in lldpd openvswitch-switch; do
+        case " ${missing[*]} " in
+        *" $package "*) "${as_root[@]}" systemctl -q disable "$package" 2>/dev/null || true ;;
+        esac
+    done
+fi

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
+#include <poll.h>
 #include <sched.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -84,6 +86,7 @@ Host::Host()
 
 Host::~Host()
 {
+    stop_all();
     if (keeper_ > 0) {
         ::kill(keeper_, SIGKILL);
         ::waitpid(keeper_, nullptr, 0);
@@ -105,6 +108,63 @@ Ran Host::run(const std::string& command) const
 {
     return ::run("nsenter --net=/proc/" + std::to_string(keeper_) + "/ns/net sh -c '" + command +
                  "'");
+}
+
+int Host::start(const std::string& command)
+{
+    int output[2] = {-1, -1};
+    if (::pipe2(output, O_CLOEXEC) != 0) {
+        ADD_FAILURE() << "no pipe";
+        return -1;
+    }
+    const std::string net = "--net=/proc/" + std::to_string(keeper_) + "/ns/net";
+    const pid_t pid = ::fork();
+    if (pid == 0) {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        ::dup2(output[1], STDOUT_FILENO);
+        ::dup2(output[1], STDERR_FILENO);
+        ::dup2(::open("/dev/null", O_RDONLY), STDIN_FILENO);
+        // Whatever the command starts in turn ends with it.
+        ::execlp("nsenter", "nsenter", net.c_str(), "unshare", "--mount", "--pid", "--fork",
+                 "--kill-child", "sh", "-c", command.c_str(), nullptr);
+        ::_exit(127);
+    }
+    ::close(output[1]);
+    started_.push_back({pid, output[0]});
+    return output[0];
+}
+
+void Host::stop_all()
+{
+    for (const Started& started : started_) {
+        ::kill(started.pid, SIGKILL);
+        ::waitpid(started.pid, nullptr, 0);
+        ::close(started.output);
+    }
+    started_.clear();
+}
+
+void Host::enter() const
+{
+    const std::string path = "/proc/" + std::to_string(keeper_) + "/ns/net";
+    const int net = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    EXPECT_EQ(::setns(net, CLONE_NEWNET), 0) << std::strerror(errno);
+    ::close(net);
+}
+
+std::string read_until(int output, const std::string& text)
+{
+    std::string all;
+    pollfd readable{output, POLLIN, 0};
+    while (all.find(text) == std::string::npos && ::poll(&readable, 1, 20'000) > 0) {
+        char part[4096];
+        const ssize_t size = ::read(output, part, sizeof part);
+        if (size <= 0) {
+            break;
+        }
+        all.append(part, static_cast<std::size_t>(size));
+    }
+    return all;
 }
 
 void HostTest::SetUp()

@@ -1,0 +1,86 @@
+/// A card, a shell that manages it, and hosts around it.
+#pragma once
+
+#include <chrono>
+#include <list>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "tests/hosts/network.h"
+#include "tools/vexosh/shell.h"
+
+/// Whether a condition comes true within twenty seconds.
+template <typename Condition>
+bool comes_true(Condition condition)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1)); // leave the processor to others
+    }
+    return true;
+}
+
+/// The MAC address of the interface that is plugged into a port.
+std::string mac_of(int port);
+
+/// A live card with the shell as its manager. Ports get hosts; commands and tables are the shell's.
+class Lab : public HostTest {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    /// What a line of commands prints. One that fails fails the test.
+    std::string sh(const std::string& line);
+
+    /// A host whose interface `hPORT` is the far end of a port.
+    Host& host(int port, const std::string& address = {});
+    /// Plugs `hPORT` of a host into a port.
+    void plug(Host& host, int port, const std::string& address = {});
+    /// Waits until ports have a link and forward.
+    void wait_for_ports(const std::string& ports);
+
+    /// A counter of a port, by its name in `show counters PORT all`.
+    std::uint64_t counter(int port, const std::string& name);
+    std::uint64_t out_octets(int port) { return counter(port, "snmpIfHCOutOctets"); }
+
+    vexosh::Session& session() { return *session_; }
+
+private:
+    std::ostringstream out_;
+    std::optional<vexosh::Session> session_;
+    std::optional<vexosh::Shell> shell_;
+    std::list<Host> hosts_;
+};
+
+/// Whether a host gets an answer within twenty seconds, asking five times a second.
+bool reaches(const Host& host, const std::string& address);
+/// Whether the very first question of a host is answered.
+bool reaches_at_once(const Host& host, const std::string& address);
+/// No answer to any of three questions.
+bool is_cut_off(const Host& host, const std::string& address);
+
+/// Open vSwitch in a host: a switch, a bond or tagged interfaces that are not ours.
+class OpenSwitch {
+public:
+    explicit OpenSwitch(Host& host);
+    OpenSwitch(const OpenSwitch&) = delete;
+    OpenSwitch& operator=(const OpenSwitch&) = delete;
+    ~OpenSwitch();
+
+    /// Runs ovs-vsctl; a failure fails the test.
+    void set(const std::string& arguments);
+    /// Runs a command of the running switch.
+    std::string ask(const std::string& arguments);
+
+private:
+    std::string environment() const;
+
+    Host& host_;
+    std::string directory_;
+};
