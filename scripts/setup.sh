@@ -66,6 +66,7 @@ apt() {
         exit 1
     }
 }
+[ ${#as_root[@]} -eq 0 ] || sudo -v
 # Services that come with packages (lldpd, Open vSwitch) are for tests to start, not for the machine.
 policy=/usr/sbin/policy-rc.d
 if [ ! -e $policy ]; then
@@ -73,7 +74,6 @@ if [ ! -e $policy ]; then
     printf '#!/bin/sh\nexit 101\n' | "${as_root[@]}" tee $policy >/dev/null
     "${as_root[@]}" chmod 755 $policy
 fi
-[ ${#as_root[@]} -eq 0 ] || sudo -v
 echo "Installing ${#missing[@]} packages (this may take some minutes): ${missing[*]}"
 apt update
 apt install --no-install-recommends "${missing[@]}"

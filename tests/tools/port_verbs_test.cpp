@@ -77,6 +77,15 @@ TEST_F(PortVerbs, AbilitiesAreAdvertisedByName)
     EXPECT_EQ(property(1, "advertises"), "100-full,copper,autoneg,pause-rx");
 }
 
+TEST_F(PortVerbs, ALinkIsNegotiatedWithThePartnerOfAPort)
+{
+    run("partner 1 10-half,100-full,autoneg,pause-rx; partner 2 10-half; wait 1s");
+    EXPECT_EQ(property(1, "speed"), "100/full");
+    EXPECT_EQ(property(2, "speed"), "10/half");
+    EXPECT_EQ(error_of("partner cpu autoneg").find('\n'), std::string::npos);
+    EXPECT_NE(error_of("partner cpu autoneg"), "no error");
+}
+
 TEST_F(PortVerbs, ShowPortsIsOneLineForEachPort)
 {
     EXPECT_EQ(run("port speed 1 100; show ports").substr(0, 69 + 76 + 76),

@@ -2,10 +2,12 @@
 #include <map>
 #include <thread>
 
+#include "tools/vexosh/abilities.h"
 #include "tools/vexosh/shell.h"
 #include "vexosim/calls.h"
 #include "vexosim/clock.h"
 #include "vexosim/faults.h"
+#include "vexosim/partner.h"
 #include "vexosim/wire.h"
 
 namespace vexosh {
@@ -163,11 +165,46 @@ void forwarding(Shell& shell, Words& words)
     shell.session().set_auto_forwarding(on);
 }
 
+std::uint32_t speed_bits(unsigned abilities, unsigned ten, unsigned hundred, unsigned thousand,
+                         unsigned ten_thousand)
+{
+    return ((abilities & ten) != 0 ? 0x1u : 0u) | ((abilities & hundred) != 0 ? 0x2u : 0u) |
+           ((abilities & thousand) != 0 ? 0x4u : 0u) |
+           ((abilities & ten_thousand) != 0 ? 0x80u : 0u);
+}
+
+/// A partner that negotiates about abilities if `autoneg` is one of them, else has one speed.
+vexosim::LinkPartner partner_of(unsigned abilities)
+{
+    vexosim::LinkPartner partner;
+    partner.autoneg = (abilities & PORT_ABILITY_AUTONEG) != 0;
+    partner.speed_half = speed_bits(abilities, PORT_ABILITY_10M_HALF, PORT_ABILITY_100M_HALF,
+                                    PORT_ABILITY_1G_HALF, PORT_ABILITY_10G_HALF);
+    partner.speed_full = speed_bits(abilities, PORT_ABILITY_10M_FULL, PORT_ABILITY_100M_FULL,
+                                    PORT_ABILITY_1G_FULL, PORT_ABILITY_10G_FULL);
+    partner.pause = ((abilities & PORT_ABILITY_PAUSE_TX) != 0 ? 0x1u : 0u) |
+                    ((abilities & PORT_ABILITY_PAUSE_RX) != 0 ? 0x2u : 0u) |
+                    ((abilities & PORT_ABILITY_PAUSE_ASYMMETRIC) != 0 ? 0x4u : 0u);
+    return partner;
+}
+
+void partner(Shell&, Words& words)
+{
+    const auto ports = parse_user_ports(words.next("PORTS"));
+    const port_ability_type_t abilities = parse_abilities(words.next("ABILITIES"));
+    words.end();
+    for (int port : ports) {
+        throw_if(vexosim::set_partner(port, partner_of(abilities)));
+    }
+}
+
 constexpr Command kCommands[] = {
     {"attach", "PORTS=WIRE ...", "plug ports in; WIRE is tap:NAME, veth:NAME, pcap:IN,OUT or mem",
      attach},
     {"detach", "PORTS", "unplug ports", detach},
     {"link", "PORTS up|down", "the far end of a memory wire goes up or down", link},
+    {"partner", "PORTS ABILITIES",
+     "what the far end can do, e.g. 100-full,autoneg; without autoneg it has one speed", partner},
     {"forwarding", "on|off",
      "whether ports that come up are put into forwarding (the driver leaves them blocking); on "
      "at first",
