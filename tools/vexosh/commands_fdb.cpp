@@ -48,7 +48,7 @@ void add_system(Shell& shell, Words& words)
 Bytes deletable_vlans(const std::string& vids)
 {
     constexpr std::ptrdiff_t kBytes = 512 / 8;
-    const Bytes bitmap = vlan_bitmap(vids);
+    Bytes bitmap = vlan_bitmap(vids);
     if (std::any_of(bitmap.begin() + kBytes, bitmap.end(), [](auto byte) { return byte != 0; })) {
         throw BadInput("bad VLANs '" + vids +
                        "': the driver deletes by list in VLANs 0 to 511; name a higher one alone");

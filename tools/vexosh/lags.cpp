@@ -112,7 +112,7 @@ bool Lags::activate(VexoSdkBase& sdk, unsigned id, const std::list<Mp>& members)
     }
 }
 
-void Lags::add_ports(VexoSdkBase& sdk, unsigned id, std::list<Mp> ports)
+void Lags::add_ports(VexoSdkBase& sdk, unsigned id, const std::list<Mp>& ports)
 {
     std::list<Mp> added;
     const std::list<Mp> members = members_of(id);

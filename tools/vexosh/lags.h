@@ -20,7 +20,7 @@ public:
     unsigned create(VexoSdkBase& sdk, unsigned number);
     void destroy(VexoSdkBase& sdk, unsigned id);
     /// Configures ports into a LAG; those with a link become active.
-    void add_ports(VexoSdkBase& sdk, unsigned id, std::list<Mp> ports);
+    void add_ports(VexoSdkBase& sdk, unsigned id, const std::list<Mp>& ports);
     /// Takes ports out; the driver leaves those that were active blocking.
     void remove_ports(VexoSdkBase& sdk, unsigned id, std::list<Mp> ports);
     void set_criterion(VexoSdkBase& sdk, unsigned id, lag_psc_t criterion);
