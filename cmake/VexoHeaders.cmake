@@ -4,7 +4,8 @@ option(VEXOLC_CHECK_HEADERS "Build every header on its own" ON)
 
 set(driver_folders core platform l2 flow pktio l3 companion)
 # Of use inside the library only.
-set(private_headers core/enum_table.h core/port_list.h core/result.h platform/bus_access.h)
+set(private_headers core/enum_table.h core/port_list.h core/result.h l3/record.h
+    platform/bus_access.h)
 
 include(GNUInstallDirs)
 install(TARGETS vexolc vexo_companion vexosim vexoboard)

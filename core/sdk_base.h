@@ -567,10 +567,12 @@ public:
     // ---- L3 interfaces (l3/interface) ---------------------------------------------------------
 
     /// Creates a router interface with a MAC address in a VLAN and writes its id. Creating one that
-    /// exists succeeds.
+    /// exists succeeds and writes the id it has. False when the chip is full or refuses the MAC
+    /// address (multicast) or the VLAN.
     virtual bool create_l3_interface(const unsigned char* mac, unsigned vid, unsigned& id) = 0;
 
-    /// The same under an id of the caller's choice; `replace` puts it in place of another.
+    /// The same under an id of the caller's choice; `replace` puts it in place of another. Without
+    /// `replace`, an id that is taken deliberately counts as created and stays as it is.
     virtual bool create_l3_interface_with_id(const unsigned char* mac, unsigned vid, unsigned id,
                                              bool replace) = 0;
 
@@ -584,25 +586,29 @@ public:
     virtual bool delete_l3_interface_all() = 0;
 
     // ---- L3 hosts and routes (l3/host, l3/route) ----------------------------------------------
+    // IPv4 addresses and masks are numbers in host order; IPv6 ones are 16 bytes, MAC addresses 6.
+    // With `is_trunk`, the number in `port` is the id of a LAG; without, a port that does not map
+    // returns false before any SDK call.
 
     /// Adds a host: frames to `ip` go to `mac` out of a port or LAG through an interface. Adding
-    /// one that exists succeeds.
+    /// one that exists succeeds and leaves it as it is. False for an absent interface or LAG.
     virtual bool add_l3_host_ip4(Mp port, bool is_trunk, unsigned ip, const unsigned char* mac,
                                  unsigned interface_id) = 0;
 
     /// The same for IPv6, but deliberately false unless the SDK answers 1 when it prepares its
-    /// record, which no SDK does on success: expect false.
+    /// record, which no SDK does on success: expect false, and reach IPv6 hosts by routes.
     virtual bool add_l3_host_ip6(Mp port, bool is_trunk, const unsigned char* ip6,
                                  const unsigned char* mac, unsigned interface_id) = 0;
 
-    /// Reads a host's MAC address (6 bytes) and interface; the lookup is made with the port or LAG.
+    /// Reads a host's MAC address and interface; the lookup is made with the port or LAG. False
+    /// when absent.
     virtual bool get_l3_host_ip4(unsigned ip, Mp port, unsigned char* mac, unsigned& interface_id,
                                  bool is_trunk) = 0;
     virtual bool get_l3_host_ip6(const unsigned char* ip6, Mp port, unsigned char* mac,
                                  unsigned& interface_id, bool is_trunk) = 0;
 
-    /// Reads a route's next hop: MAC address (6 bytes), interface and, for IPv4, IP address. The
-    /// lookup is made with the port or LAG.
+    /// Reads a route's next hop: MAC address, interface and, for IPv4, IP address. The lookup is
+    /// made with the port or LAG. False when absent.
     virtual bool get_l3_route_by_subnet_ip4(unsigned subnet, unsigned mask, const Mp& port,
                                             bool is_trunk, unsigned char (&mac)[6],
                                             unsigned& interface_id, unsigned& nexthop_ip) = 0;
@@ -611,10 +617,11 @@ public:
                                             unsigned char* mac) = 0;
 
     /// Deletes the hosts of an interface, IPv4 and IPv6; none succeeds. `unmarked` false adds the
-    /// SDK's flag 0x80 to the request.
+    /// SDK's flag 0x80 to the request: the hosts of every other interface go.
     virtual bool delete_l3_host_by_interface(unsigned interface_id, bool unmarked) = 0;
 
-    /// Deletes the hosts of a network. Absent hosts are the chip's to judge.
+    /// Asks for the hosts of a network to be deleted, deliberately without a mask: unless the SDK
+    /// makes records with one, all hosts of the family go. False when the SDK finds none to delete.
     virtual bool delete_l3_host_by_network_ip4(unsigned net) = 0;
     virtual bool delete_l3_host_by_network_ip6(const unsigned char* net6) = 0;
 
@@ -629,7 +636,8 @@ public:
     virtual bool validate_l3_entry(unsigned ip) = 0;
 
     /// Adds a route: frames to a subnet go to `mac` out of a port or LAG through an interface.
-    /// Adding one that exists succeeds.
+    /// Adding one that exists succeeds and leaves it as it is. False for a mask with holes, host
+    /// bits in the subnet, an absent interface or LAG.
     virtual bool add_l3_route_ip4(const Mp& port, bool is_trunk, unsigned subnet, unsigned mask,
                                   const unsigned char* mac, unsigned interface_id,
                                   unsigned nexthop_ip) = 0;
@@ -637,7 +645,9 @@ public:
                                   const unsigned char* mask6, const unsigned char* mac,
                                   unsigned interface_id) = 0;
 
-    /// Deletes the routes of an interface; none succeeds. `unmarked` as above.
+    /// Deletes the routes of an interface, IPv4 and IPv6; none succeeds. `unmarked` as above.
+    /// Deliberately the chip is first asked for the IPv4 default route, and where there is one the
+    /// request goes on with its interface and flags instead: the routes of that interface go.
     virtual bool delete_l3_route_by_interface(unsigned interface_id, bool unmarked) = 0;
 
     /// Deletes one route. Deleting an absent route succeeds.
