@@ -571,8 +571,9 @@ public:
     /// address (multicast) or the VLAN.
     virtual bool create_l3_interface(const unsigned char* mac, unsigned vid, unsigned& id) = 0;
 
-    /// The same under an id of the caller's choice; `replace` puts it in place of another. Without
-    /// `replace`, an id that is taken deliberately counts as created and stays as it is.
+    /// The same under an id of the caller's choice; `replace` puts it in place of another.
+    /// Deliberately, what exists counts as created and stays as it is: an id that is taken and not
+    /// to be replaced, and an interface of this MAC address and VLAN under another id.
     virtual bool create_l3_interface_with_id(const unsigned char* mac, unsigned vid, unsigned id,
                                              bool replace) = 0;
 
