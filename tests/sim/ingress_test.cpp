@@ -195,7 +195,7 @@ TEST(Control, ReservedGroupAddressesGoToTheCpuOnlyWhileThePortTrapsThem)
 {
     Path path;
     path.only({1, 2});
-    for (MacAddress n : {0x0, 0x2, 0x3, 0xe, 0xf}) {
+    for (MacAddress n : {0x0U, 0x2U, 0x3U, 0xeU, 0xfU}) {
         EXPECT_EQ(path.send(1, TestFrame(kBridgeGroup + n, kHostA)), "cpu") << n;
         EXPECT_EQ(path.take().reason, bcmRxReasonBpdu) << n;
     }
