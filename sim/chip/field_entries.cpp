@@ -34,6 +34,11 @@ bool holds(const std::vector<FieldAction>& actions, int action)
 
 } // namespace
 
+bool FieldRule::has(int action) const
+{
+    return holds(actions, action);
+}
+
 int FieldTable::create_entry(int group, int* id)
 {
     if (id == nullptr)
@@ -54,6 +59,7 @@ int FieldTable::destroy_entry(int id)
     const auto entry = entries_.find(id);
     if (entry == entries_.end())
         return BCM_E_NOT_FOUND;
+    find_no_more(id, entry->second);
     --groups_.at(entry->second.group).entries;
     entries_.erase(entry);
     return BCM_E_NONE;
@@ -64,7 +70,9 @@ int FieldTable::install(int id)
     FieldEntry* entry = entry_at(id);
     if (entry == nullptr)
         return BCM_E_NOT_FOUND;
+    find_no_more(id, *entry);
     entry->installed = entry->rule;
+    find_again(id, *entry);
     return BCM_E_NONE;
 }
 
@@ -73,6 +81,7 @@ int FieldTable::remove(int id)
     FieldEntry* entry = entry_at(id);
     if (entry == nullptr)
         return BCM_E_NOT_FOUND;
+    find_no_more(id, *entry);
     entry->installed.reset();
     return BCM_E_NONE;
 }
@@ -82,7 +91,9 @@ int FieldTable::set_priority(int id, int priority)
     FieldEntry* entry = entry_at(id);
     if (entry == nullptr)
         return BCM_E_NOT_FOUND;
+    find_no_more(id, *entry);
     entry->priority = priority;
+    find_again(id, *entry);
     return BCM_E_NONE;
 }
 

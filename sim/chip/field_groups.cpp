@@ -13,6 +13,21 @@ FieldTable::FieldTable(FieldCapacity capacity)
     : capacity_(capacity), udfs_(std::min<std::size_t>(capacity.udfs, BCM_FIELD_USER_NUM_UDFS)),
       controls_(BCM_FIELD_CONTROL_COUNT)
 {
+    capacity_.groups = std::min(capacity_.groups, kMaxGroups);
+}
+
+FieldTable::FieldTable(const FieldTable& other)
+    : capacity_(other.capacity_), groups_(other.groups_), entries_(other.entries_),
+      udfs_(other.udfs_), controls_(other.controls_), next_entry_(other.next_entry_)
+{
+    make_search();
+}
+
+FieldTable& FieldTable::operator=(const FieldTable& other)
+{
+    if (this != &other)
+        *this = FieldTable(other);
+    return *this;
 }
 
 int FieldTable::init()

@@ -5,12 +5,13 @@
 #include <map>
 #include <vector>
 
+#include "sim/chip/field_search.h"
 #include "sim/chip/field_types.h"
 
 namespace vexosim {
 
 struct FieldCapacity {
-    std::size_t groups = 16;
+    std::size_t groups = 16; ///< 64 at most
     std::size_t entries = 16384;
     std::size_t udfs = 93; ///< 96 at most
 
@@ -20,7 +21,14 @@ struct FieldCapacity {
 /// Outputs are written on success only. An entry or group that does not exist is NOT_FOUND.
 class FieldTable {
 public:
+    static constexpr std::size_t kMaxGroups = 64;
+
     explicit FieldTable(FieldCapacity capacity = {});
+    FieldTable(const FieldTable& other);
+    FieldTable(FieldTable&&) = default;
+    FieldTable& operator=(const FieldTable& other);
+    FieldTable& operator=(FieldTable&&) = default;
+    ~FieldTable() = default;
 
     /// Empties it.
     int init();
@@ -72,6 +80,11 @@ public:
     const FieldAction* find_action(int id, int action) const;
     const std::map<int, FieldGroup>& groups() const { return groups_; }
     const std::map<int, FieldEntry>& entries() const { return entries_; }
+    /// The installed entries, in the order in which frames meet them. What it finds is valid until
+    /// the table changes.
+    const FieldSearch& search() const { return search_; }
+    /// The entry's counter, if it has one, has seen a frame.
+    static void count_packet(const FieldHit& hit);
 
     bool operator==(const FieldTable&) const = default;
     void digest(Digest& d) const;
@@ -79,6 +92,10 @@ public:
 private:
     FieldEntry* entry_at(int id);
     int check_new_group(const FieldSet& set) const;
+    FieldPattern pattern_of(const FieldRule& rule) const;
+    void find_again(int id, FieldEntry& entry);
+    void find_no_more(int id, FieldEntry& entry);
+    void make_search();
 
     FieldCapacity capacity_;
     std::map<int, FieldGroup> groups_;
@@ -86,6 +103,7 @@ private:
     std::vector<std::optional<FieldUdf>> udfs_;
     std::vector<std::uint32_t> controls_;
     int next_entry_ = 1;
+    FieldSearch search_;
 };
 
 } // namespace vexosim

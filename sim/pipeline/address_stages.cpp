@@ -58,6 +58,15 @@ bool has_room(const Chip& chip, const Packet& p)
     return !full && !limited;
 }
 
+/// The port only learns; the field processor may yet take the frame past that.
+Step only_learned(const Chip& chip, Packet& p)
+{
+    if (chip.field.search().empty()) [[likely]]
+        return drop(DropReason::stp_learning);
+    p.stp_refusal = DropReason::stp_learning;
+    return next();
+}
+
 /// A source that the table does not have at this port.
 Step strange_source(const Chip& chip, Packet& p)
 {
@@ -66,7 +75,7 @@ Step strange_source(const Chip& chip, Packet& p)
     if ((mode & BCM_PORT_LEARN_ARL) != 0 && !fixed && has_room(chip, p))
         p.learning = Learning::kLearn;
     if (p.stp == StpState::kLearn)
-        return drop(DropReason::stp_learning);
+        return only_learned(chip, p);
     if ((mode & BCM_PORT_LEARN_CPU) != 0 && !p.from_cpu())
         p.copy_to_cpu(bcmRxReasonCpuLearn);
     return (mode & BCM_PORT_LEARN_FWD) != 0 ? next() : drop(DropReason::source_unknown);
@@ -74,6 +83,8 @@ Step strange_source(const Chip& chip, Packet& p)
 
 int flood_reason(const Packet& p)
 {
+    if (p.redirected())
+        return bcmRxReasonFilterMatch;
     if (p.destination != nullptr)
         return bcmRxReasonL2Cpu;
     if (!p.multicast())
@@ -124,12 +135,14 @@ Step stage::source(const Chip&, Packet& p)
 /// A static entry elsewhere does not move: its address stays a stranger to this port.
 Step stage::learn(const Chip& chip, Packet& p)
 {
+    if (p.stp_refusal != DropReason::kNone) [[unlikely]]
+        return next();
     p.source = chip.macs.find(mac_key(p.src, p.vid));
     bool here = p.source != nullptr && is_here(chip, *p.source, p.in_port);
     if (here)
         p.learning = Learning::kRefresh;
-    Step step = here ? p.stp == StpState::kLearn ? drop(DropReason::stp_learning) : next()
-                     : strange_source(chip, p);
+    Step step =
+        here ? p.stp == StpState::kLearn ? only_learned(chip, p) : next() : strange_source(chip, p);
     explain(p, [&](const PortNames& names) {
         return describe_source(p, names) + "; " + describe_learning(chip, p) +
                (p.cpu != 0 ? "; copied to the CPU" : "");
@@ -154,13 +167,15 @@ Step stage::look_up(const Chip& chip, Packet& p)
                place_text(*p.destination, names.name(p.destination->port)) +
                (p.destination->is_static() ? ", by a static entry" : ", learned");
     });
-    if (p.destination != nullptr)
+    if (p.destination != nullptr && !p.redirected())
         return to_entry(chip, p);
     return next();
 }
 
 Step stage::flood(const Chip& chip, Packet& p)
 {
+    if (p.redirected()) [[unlikely]]
+        return next();
     if (p.destination == nullptr) {
         if (!p.multicast() && !p.from_cpu() && chip.controls.unknown_unicast_to_cpu(p.in_port))
             p.copy_to_cpu(bcmRxReasonDestLookupFail);

@@ -1,5 +1,6 @@
 // Through which of the wanted ports a frame may leave, and in which form.
 #include "sim/pipeline/recorder.h"
+#include "sim/pipeline/rewrite.h"
 #include "sim/pipeline/stages.h"
 
 namespace vexosim {
@@ -37,6 +38,8 @@ Step stage::egress_membership(const Chip& chip, Packet& p)
 
 Step stage::egress_spanning_tree(const Chip& chip, Packet& p)
 {
+    if (p.field && p.field->bypass_stp) [[unlikely]]
+        return next();
     return keep(p, chip.stgs.forwarding(p.vlan->stg), DropReason::egress_stp);
 }
 
@@ -53,7 +56,7 @@ Step stage::tagging(const Chip&, Packet& p)
         std::string text = p.untagged.any() ? "untagged to " + names.names(p.untagged) : "";
         if (tagged.any())
             text += (text.empty() ? "" : "; ") + std::string("tagged VLAN ") +
-                    std::to_string(p.vid) + " to " + names.names(tagged);
+                    std::to_string(sent_vid(p)) + " to " + names.names(tagged);
         return text;
     });
     return next();
@@ -74,11 +77,13 @@ Step stage::own_tag(const Chip&, Packet& p)
 /// Ports for which the frame is too long still count as copies that were meant.
 Step stage::egress_size(const Chip& chip, Packet& p)
 {
-    if (p.tagged_size() <= static_cast<std::size_t>(chip.ports.smallest_frame_max())) [[likely]]
+    if (p.tagged_size() - deleted_bytes(p) <=
+        static_cast<std::size_t>(chip.ports.smallest_frame_max())) [[likely]]
         return next();
     PortSet untagged = p.out & p.untagged;
-    p.too_long = ports_shorter_than(chip.ports, p.out - untagged, p.tagged_size()) |
-                 ports_shorter_than(chip.ports, untagged, p.untagged_size());
+    p.too_long =
+        ports_shorter_than(chip.ports, p.out - untagged, p.tagged_size() - deleted_bytes(p)) |
+        ports_shorter_than(chip.ports, untagged, p.untagged_size());
     return keep(p, PortSet::all() - p.too_long, DropReason::egress_too_long);
 }
 

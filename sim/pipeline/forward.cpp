@@ -1,6 +1,8 @@
 // What the stages decided takes effect here.
 #include "sim/pipeline/forward.h"
 
+#include <bcm/field.h>
+
 #include "sim/pipeline/mirror.h"
 #include "sim/pipeline/rewrite.h"
 #include "sim/pipeline/stages.h"
@@ -82,24 +84,10 @@ std::uint64_t send_form(Chip& chip, const Packet& p, PortSet ports, FrameView fo
 std::uint64_t send_copies(Chip& chip, const Packet& p, Outputs& outputs)
 {
     std::uint64_t copies = 0;
-    if (PortSet tagged = p.out - p.untagged; tagged.any()) {
-        FrameView form = p.frame;
-        if (!has_right_tag(p)) {
-            std::uint8_t* memory = outputs.arena.take(tagged_bytes(p));
-            write_tagged(p, memory);
-            form = {memory, tagged_bytes(p)};
-        }
-        copies += send_form(chip, p, tagged, form, outputs);
-    }
-    if (PortSet untagged = p.out & p.untagged; untagged.any()) {
-        FrameView form = p.frame;
-        if (p.tagged) {
-            std::uint8_t* memory = outputs.arena.take(p.untagged_bytes());
-            write_untagged(p, memory);
-            form = {memory, p.untagged_bytes()};
-        }
-        copies += send_form(chip, p, untagged, form, outputs);
-    }
+    if (PortSet tagged = p.out - p.untagged; tagged.any())
+        copies += send_form(chip, p, tagged, sent_form(p, true, outputs.arena), outputs);
+    if (PortSet untagged = p.out & p.untagged; untagged.any())
+        copies += send_form(chip, p, untagged, sent_form(p, false, outputs.arena), outputs);
     return copies;
 }
 
@@ -129,6 +117,15 @@ bool send_to_cpu(Chip& chip, CpuReceive& cpu, const Packet& p)
     return true;
 }
 
+void count_field_hits(const FieldVerdict& verdict)
+{
+    for (std::size_t i = 0; i < verdict.hit_count; ++i) {
+        const FieldHit& hit = verdict.hits[i];
+        if (hit.entry->installed->has(bcmFieldActionUpdateCounter))
+            FieldTable::count_packet(hit);
+    }
+}
+
 /// Each frame ends here, once.
 void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
 {
@@ -140,6 +137,8 @@ void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
     ++drops.frames_in;
     count_arrival(chip.counters[p.in_port], p);
     apply_learning(chip, p);
+    if (p.field) [[unlikely]]
+        count_field_hits(*p.field);
     if (p.limited) [[unlikely]]
         chip.rates.accept(p.in_port, p.storm, chip.now_us);
     std::uint64_t sent = send_copies(chip, p, outputs);

@@ -36,19 +36,28 @@ MirrorForm egress_form(const Chip& chip, const Packet& p, int port)
     return p.untagged.test(port) && port != kCpuPort ? MirrorForm::kUntagged : MirrorForm::kTagged;
 }
 
-/// What a port's frame_max is compared with.
-std::size_t limited_size(const Packet& p, MirrorForm form)
+/// The copy has the changes that field entries make.
+bool is_as_sent(const Packet& p, const MirrorCopy& copy)
 {
+    return p.edited() && copy.egress && copy.source != kCpuPort &&
+           copy.form != MirrorForm::kReceived;
+}
+
+/// What a port's frame_max is compared with.
+std::size_t limited_size(const Packet& p, const MirrorCopy& copy)
+{
+    const MirrorForm form = copy.form;
     bool plain = form == MirrorForm::kUntagged || (form == MirrorForm::kReceived && !p.tagged);
-    return plain ? p.untagged_size() : p.tagged_size();
+    return plain ? p.untagged_size()
+                 : p.tagged_size() - (is_as_sent(p, copy) ? deleted_bytes(p) : 0);
 }
 
 DropReason why_lost(const Chip& chip, const Packet& p, const MirrorCopy& copy)
 {
     if (!chip.ports.up().test(copy.destination))
         return DropReason::egress_down;
-    bool fits = limited_size(p, copy.form) <=
-                static_cast<std::size_t>(chip.ports[copy.destination].frame_max);
+    bool fits =
+        limited_size(p, copy) <= static_cast<std::size_t>(chip.ports[copy.destination].frame_max);
     return fits ? DropReason::kNone : DropReason::egress_too_long;
 }
 
@@ -64,8 +73,11 @@ void for_each_mirrored(const Chip& chip, const Packet& p, Found found)
         found(port, true);
 }
 
-FrameView form_of(const Packet& p, MirrorForm form, Outputs& outputs)
+FrameView form_of(const Packet& p, const MirrorCopy& copy, Outputs& outputs)
 {
+    const MirrorForm form = copy.form;
+    if (is_as_sent(p, copy))
+        return sent_form(p, form == MirrorForm::kTagged, outputs.arena);
     if (form == MirrorForm::kReceived || (form == MirrorForm::kUntagged && !p.tagged) ||
         (form == MirrorForm::kTagged && has_right_tag(p)))
         return p.frame;
@@ -88,7 +100,7 @@ void lose(Chip& chip, const MirrorCopy& copy)
 
 void send(Chip& chip, const Packet& p, const MirrorCopy& copy, Outputs& outputs)
 {
-    FrameView frame = form_of(p, copy.form, outputs);
+    FrameView frame = form_of(p, copy, outputs);
     outputs.push(copy.destination, frame);
     ++chip.drops.mirrors_sent;
     std::uint32_t octets = wire_octets(frame.size());

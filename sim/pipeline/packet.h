@@ -3,9 +3,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "sim/chip/chip.h"
+#include "sim/pipeline/field_verdict.h"
 #include "vexosim/drops.h"
 #include "vexosim/frame.h"
 
@@ -74,10 +76,13 @@ struct Packet {
     MacControl control = MacControl::kNone;
     bool bpdu = false; ///< to a reserved bridge group address, which the port traps
     StpState stp = StpState::kForward;
+    DropReason stp_refusal = DropReason::kNone; ///< the frame stops unless an entry takes it past
     Learning learning = Learning::kNone;
     const MacEntry* source = nullptr;          ///< of the source address; null when unknown
     const MacEntry* destination = nullptr;     ///< of the destination; null when unknown
     FloodClass flood = FloodClass::kBroadcast; ///< meaningful unless unicast to a known address
+
+    std::optional<FieldVerdict> field; ///< of the entries that match; none when none does
 
     bool limited = false;                ///< storm control has accepted it
     StormClass storm = StormClass::kDlf; ///< as a frame of this class
@@ -101,6 +106,19 @@ struct Packet {
         return (ethertype == kIp4Type && dst >> 23 == 0x01005e000000 >> 23) ||
                (ethertype == kIp6Type && dst >> 32 == 0x3333);
     }
+    /// Has a second tag behind the first.
+    bool has_inner_tag() const
+    {
+        return tagged && ethertype == kTagType && frame.size() >= kHeaderBytes + 2 * kTagBytes;
+    }
+    /// Entries name the ports that it goes to.
+    bool redirected() const
+    {
+        return field &&
+               (field->place == FieldPlace::kRedirect || field->place == FieldPlace::kLoopback);
+    }
+    /// Something of it changes on its way out.
+    bool edited() const { return field && field->edits.any(); }
     bool from_cpu() const { return in_port == kCpuPort; }
     void copy_to_cpu(int reason)
     {

@@ -9,8 +9,7 @@ namespace vexosim {
 
 namespace {
 
-/// The frame's way, from top to bottom. Field lookup belongs behind "learning"; routing in front of
-/// "destination"; mirroring at both ends.
+/// The frame's way, from top to bottom. Routing belongs in front of "destination".
 constexpr PipelineStage kForwarding[] = {
     {"port", stage::port},
     {"parse", stage::parse},
@@ -24,9 +23,11 @@ constexpr PipelineStage kForwarding[] = {
     {"spanning tree", stage::spanning_tree},
     {"source", stage::source},
     {"learning", stage::learn},
+    {"field lookup", stage::field_lookup},
     {"destination", stage::look_up},
     {"storm control", stage::storm_control},
     {"flooding", stage::flood},
+    {"field actions", stage::field_actions},
     {"CPU copy", stage::cpu_copy},
     {"egress membership", stage::egress_membership},
     {"egress spanning tree", stage::egress_spanning_tree},

@@ -32,9 +32,11 @@ Step spanning_tree(const Chip& chip, Packet& p);
 // Addresses.
 Step source(const Chip& chip, Packet& p);
 Step learn(const Chip& chip, Packet& p);
+Step field_lookup(const Chip& chip, Packet& p);
 Step look_up(const Chip& chip, Packet& p);
 Step storm_control(const Chip& chip, Packet& p);
 Step flood(const Chip& chip, Packet& p);
+Step field_actions(const Chip& chip, Packet& p);
 Step cpu_copy(const Chip& chip, Packet& p);
 
 // Where the copies may leave, and how.

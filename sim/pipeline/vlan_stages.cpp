@@ -25,6 +25,15 @@ StpState stp_state(const Chip& chip, const Packet& p)
     return chip.stgs.state(group, p.in_port);
 }
 
+/// Spanning tree stops the frame, unless the field processor may yet take it past that.
+Step refuse(const Chip& chip, Packet& p, DropReason reason)
+{
+    if (chip.field.search().empty()) [[likely]]
+        return drop(reason);
+    p.stp_refusal = reason;
+    return next();
+}
+
 std::string vlan_origin(const Chip& chip, const Packet& p)
 {
     if (p.tagged && (p.tag & 0xfff) != 0)
@@ -105,7 +114,7 @@ Step stage::spanning_tree(const Chip& chip, Packet& p)
         return drop(DropReason::stp_disabled);
     case StpState::kBlock:
     case StpState::kListen:
-        return drop(DropReason::stp_blocking);
+        return refuse(chip, p, DropReason::stp_blocking);
     case StpState::kLearn:
     case StpState::kForward:
         break;

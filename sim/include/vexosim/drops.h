@@ -26,6 +26,7 @@ namespace vexosim {
     X(stp_learning, "the ingress port only learns")                                                \
     X(source_multicast, "the source address is a group address")                                   \
     X(source_unknown, "the port does not forward frames of unknown source")                        \
+    X(field_drop, "a field entry drops it")                                                        \
     X(same_port, "the destination is on the port it came from")                                    \
     X(same_trunk, "the destination is on the trunk it came from")                                  \
     X(trunk_empty, "the destination's trunk has no members")                                       \
@@ -35,6 +36,7 @@ namespace vexosim {
     X(storm_unknown_unicast, "more unknown unicasts than the port's limit")                        \
     X(no_destination, "no other port is in the VLAN")                                              \
     X(flood_blocked, "flooding is blocked towards every destination")                              \
+    X(field_no_port, "field entries leave it no port")                                             \
     X(egress_not_member, "the destination is not in the VLAN")                                     \
     X(egress_stp, "spanning tree does not let the destination send")                               \
     X(egress_down, "the destination is disabled or has no link")                                   \

@@ -1,0 +1,150 @@
+// What the entries that match a frame do to it together.
+#include "sim/pipeline/field_actions.h"
+
+#include <bcm/field.h>
+
+#include <algorithm>
+
+#include "sim/chip/text.h"
+#include "sim/pipeline/recorder.h"
+
+namespace vexosim {
+
+namespace {
+
+/// Takes the value unless an entry before has given one. @return whether it is taken.
+bool take(int& number, std::uint32_t value)
+{
+    if (number >= 0)
+        return false;
+    number = static_cast<int>(value);
+    return true;
+}
+
+bool take(bool& given, MacAddress& mac, MacAddress value)
+{
+    if (given)
+        return false;
+    mac = value;
+    return given = true;
+}
+
+bool take(bool& flag)
+{
+    flag = true;
+    return true;
+}
+
+/// The place that an action names; kOwn for one that is about something else.
+FieldPlace place_of(const FieldAction& action)
+{
+    switch (action.action) {
+    case bcmFieldActionRedirectPbmp:
+        return FieldPlace::kRedirect;
+    case bcmFieldActionLoopback:
+        return FieldPlace::kLoopback;
+    case bcmFieldActionTrapToCpu:
+        return FieldPlace::kTrap;
+    case bcmFieldActionDrop:
+        return FieldPlace::kDrop;
+    default:
+        return FieldPlace::kOwn;
+    }
+}
+
+/// The strictest of an entry's places.
+FieldPlace place_of(const FieldRule& rule)
+{
+    FieldPlace place = FieldPlace::kOwn;
+    for (const FieldAction& action : rule.actions)
+        place = std::max(place, place_of(action));
+    return place;
+}
+
+/// `place` is where the entry of the action sends the frame, if that counts.
+bool apply(FieldVerdict& v, const FieldAction& action, FieldPlace place)
+{
+    switch (action.action) {
+    case bcmFieldActionOuterVlanPrioNew:
+        return take(v.edits.priority, action.param0);
+    case bcmFieldActionTosNew:
+        return take(v.edits.tos, action.param0);
+    case bcmFieldActionOuterVlanNew:
+        return take(v.edits.vid, action.param0);
+    case bcmFieldActionSrcMacNew:
+        return take(v.edits.new_src, v.edits.src, action.mac);
+    case bcmFieldActionDstMacNew:
+        return take(v.edits.new_dst, v.edits.dst, action.mac);
+    case bcmFieldActionInnerVlanDelete:
+        return take(v.edits.delete_inner);
+    case bcmFieldActionBypassStp:
+        return take(v.bypass_stp);
+    case bcmFieldActionEgressMask:
+        v.mask |= action.ports;
+        return true;
+    case bcmFieldActionUpdateCounter:
+        return true;
+    default:
+        break;
+    }
+    if (place == FieldPlace::kOwn || place_of(action) != place)
+        return false;
+    v.place = place;
+    v.redirect = action.ports;
+    return true;
+}
+
+std::string describe(const FieldAction& action, const PortNames& names)
+{
+    const std::string number = std::to_string(action.param0);
+    switch (action.action) {
+    case bcmFieldActionOuterVlanPrioNew:
+        return "priority " + number;
+    case bcmFieldActionTosNew:
+        return "TOS 0x" + hex_text(action.param0, 2);
+    case bcmFieldActionTrapToCpu:
+        return "trap to the CPU";
+    case bcmFieldActionEgressMask:
+        return "not out of " + names.names(action.ports);
+    case bcmFieldActionRedirectPbmp:
+        return "redirect to " + names.names(action.ports);
+    case bcmFieldActionDrop:
+        return "drop";
+    case bcmFieldActionUpdateCounter:
+        return "count";
+    case bcmFieldActionInnerVlanDelete:
+        return "delete the inner tag";
+    case bcmFieldActionOuterVlanNew:
+        return "VLAN " + number;
+    case bcmFieldActionLoopback:
+        return "loop back";
+    case bcmFieldActionBypassStp:
+        return "bypass spanning tree";
+    case bcmFieldActionSrcMacNew:
+        return "source " + mac_text(action.mac);
+    case bcmFieldActionDstMacNew:
+        return "destination " + mac_text(action.mac);
+    default:
+        return "action " + std::to_string(action.action);
+    }
+}
+
+} // namespace
+
+void settle_actions(const Packet& p, FieldVerdict& v)
+{
+    for (std::size_t i = 0; i < v.hit_count; ++i) {
+        const FieldHit& hit = v.hits[i];
+        const FieldRule& rule = *hit.entry->installed;
+        const FieldPlace place = v.place == FieldPlace::kOwn ? place_of(rule) : FieldPlace::kOwn;
+        for (const FieldAction& action : rule.actions) {
+            const bool wins = apply(v, action, place);
+            explain(p, [&](const PortNames& names) {
+                return "entry " + std::to_string(hit.id) + ": " + describe(action, names) +
+                       (wins ? "" : ", overruled");
+            });
+        }
+    }
+}
+
+} // namespace vexosim

@@ -1,0 +1,46 @@
+/// @file
+/// What the field processor wants done with a frame.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "sim/chip/field_table.h"
+#include "sim/chip/port_set.h"
+
+namespace vexosim {
+
+/// Where a frame goes when entries have a say in it.
+enum class FieldPlace : std::uint8_t {
+    kOwn, ///< where the tables send it
+    kRedirect,
+    kLoopback,
+    kTrap,
+    kDrop
+};
+
+/// New contents of what leaves through ports.
+struct FieldEdits {
+    int vid = -1, priority = -1, tos = -1; ///< -1: as it is
+    bool new_src = false, new_dst = false, delete_inner = false;
+    MacAddress src = 0, dst = 0;
+    std::size_t ip_at = 0; ///< where the frame's IP header begins; 0: there is none
+
+    bool any() const
+    {
+        return vid >= 0 || priority >= 0 || tos >= 0 || new_src || new_dst || delete_inner;
+    }
+};
+
+struct FieldVerdict {
+    FieldPlace place = FieldPlace::kOwn;
+    PortSet redirect; ///< meaningful for kRedirect
+    PortSet mask;     ///< ports that do not send it
+    bool bypass_stp = false;
+    FieldEdits edits;
+
+    std::size_t hit_count = 0;
+    std::array<FieldHit, FieldTable::kMaxGroups> hits; ///< one of each group that matches
+};
+
+} // namespace vexosim
