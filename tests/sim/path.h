@@ -27,6 +27,7 @@ public:
         store_mac(src, bytes_.data() + 6);
         type(0x0800);
     }
+    explicit TestFrame(Frame bytes) : bytes_(std::move(bytes)) {}
     /// Puts a tag in front of what is there.
     TestFrame tag(int vid, int priority = 0) const
     {
