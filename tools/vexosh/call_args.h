@@ -99,6 +99,16 @@ struct Arg<Capacity> {
     std::string show() const { return std::to_string(value); }
 };
 
+/// An IPv4 address out.
+struct Ip4Out {};
+template <>
+struct Arg<Ip4Out> {
+    static constexpr bool kInput = false;
+    unsigned value = 0;
+    unsigned& get() { return value; }
+    std::string show() const { return ip4_text(value); }
+};
+
 /// An array of counters of which the operation fills as many as there are, or none.
 template <class Counter>
 struct CounterArrayArg {

@@ -20,8 +20,9 @@ void add_l3_operations(std::vector<Operation>& operations)
                   "ip port mac interface_id is_trunk"));
     add(operation("get_l3_host_ip6", &VexoSdkBase::get_l3_host_ip6,
                   "ip6 port mac interface_id is_trunk"));
-    add(operation("get_l3_route_by_subnet_ip4", &VexoSdkBase::get_l3_route_by_subnet_ip4,
-                  "subnet mask port is_trunk mac interface_id nexthop_ip"));
+    add(operation_as<unsigned, unsigned, const Mp&, bool, unsigned char(&)[6], unsigned&, Ip4Out>(
+        "get_l3_route_by_subnet_ip4", &VexoSdkBase::get_l3_route_by_subnet_ip4,
+        "subnet mask port is_trunk mac interface_id nexthop_ip"));
     add(operation("get_l3_route_by_subnet_ip6", &VexoSdkBase::get_l3_route_by_subnet_ip6,
                   "net6 mask6 port is_trunk interface_id mac"));
     add(operation("delete_l3_host_by_interface", &VexoSdkBase::delete_l3_host_by_interface,

@@ -270,6 +270,12 @@ std::string text(const Mp& port)
     return port == Mp(3, kCpuUserPort) ? "cpu" : std::to_string(port.port());
 }
 
+std::string ip4_text(std::uint32_t ip)
+{
+    return std::to_string(ip >> 24) + "." + std::to_string(ip >> 16 & 0xff) + "." +
+           std::to_string(ip >> 8 & 0xff) + "." + std::to_string(ip & 0xff);
+}
+
 std::string text(std::list<Mp> ports)
 {
     std::string result;

@@ -51,6 +51,8 @@ unsigned parse_vid(std::string_view word);
 
 std::string text(const Mac& mac);
 std::string text(const Mp& port);
+/// Of an address in host order.
+std::string ip4_text(std::uint32_t ip);
 /// In order, as parse_ports() reads them: cpu,1,4-6.
 std::string text(std::list<Mp> ports);
 std::string hex(const std::uint8_t* bytes, std::size_t count);
