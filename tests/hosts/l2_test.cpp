@@ -65,7 +65,7 @@ TEST_F(LayerTwo, AMirroredPingIsSeenAtTheDestination)
     Host& monitor = host(3);
     wait_for_ports("1-3");
     EXPECT_TRUE(reaches(a, "192.0.2.2"));
-    const int seen = monitor.start("exec tcpdump -n -c 4 --immediate-mode -i h3 icmp");
+    const int seen = monitor.start("tcpdump -n -c 4 --immediate-mode -i h3 icmp");
     read_until(seen, "listening on");
     EXPECT_TRUE(reaches_at_once(a, "192.0.2.2")); // not mirrored
     sh("mirror from 1 to 3 both");
@@ -84,7 +84,7 @@ TEST_F(LayerTwo, DiscoveryFramesOfAHostReachTheCpusSubscriber)
 {
     Host& a = host(1);
     wait_for_ports("1");
-    a.start("mount -t tmpfs none /run && mkdir /run/lldpd && exec lldpd -d -u /run/lldpd.socket "
+    a.start("mount -t tmpfs none /run && mkdir /run/lldpd && lldpd -d -u /run/lldpd.socket "
             "-I h1");
     const auto heard = [&] {
         return sh("show cpu").find("port 1: vlan 1 LLDP") != std::string::npos;

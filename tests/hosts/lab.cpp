@@ -102,9 +102,9 @@ OpenSwitch::OpenSwitch(Host& host) : host_(host)
     const Ran made =
         run("ovsdb-tool create " + database + " /usr/share/openvswitch/vswitch.ovsschema");
     EXPECT_EQ(made.status, 0) << made.output << "\nneeds the package openvswitch-switch";
-    host_.start(environment() + " exec ovsdb-server --remote=punix:" + directory_ +
+    host_.start(environment() + " ovsdb-server --remote=punix:" + directory_ +
                 "/db.sock --no-chdir --unixctl=" + directory_ + "/server.ctl " + database);
-    host_.start(environment() + " exec ovs-vswitchd --no-chdir --unixctl=" + directory_ +
+    host_.start(environment() + " ovs-vswitchd --no-chdir --unixctl=" + directory_ +
                 "/switch.ctl unix:" + directory_ + "/db.sock");
     EXPECT_TRUE(comes_true([&] { return std::filesystem::exists(directory_ + "/db.sock"); }));
     set("--no-wait init");

@@ -124,9 +124,11 @@ int Host::start(const std::string& command)
         ::dup2(output[1], STDOUT_FILENO);
         ::dup2(output[1], STDERR_FILENO);
         ::dup2(::open("/dev/null", O_RDONLY), STDIN_FILENO);
-        // Whatever the command starts in turn ends with it.
+        // Whatever the command starts in turn ends with it. The shell stays, to be killed: a daemon
+        // that gives up privileges is no longer killed when its parent dies.
+        const std::string in_shell = command + "; exit $?";
         ::execlp("nsenter", "nsenter", net.c_str(), "unshare", "--mount", "--pid", "--fork",
-                 "--kill-child", "sh", "-c", command.c_str(), nullptr);
+                 "--kill-child", "sh", "-c", in_shell.c_str(), nullptr);
         ::_exit(127);
     }
     ::close(output[1]);
