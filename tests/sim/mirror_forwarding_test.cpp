@@ -68,9 +68,10 @@ TEST_F(MirrorForwarding, BothCopiesBoth)
 
 TEST_F(MirrorForwarding, IngressCopiesHaveTheFormInWhichTheyCame)
 {
+    const TestFrame tagged = kAToB.tag(10, 5); // copies lie where the sender put the frame
     mirror(1, kIngress);
-    EXPECT_EQ(send(1, kAToB.tag(10, 5)), "2 3:v10 9:v10");
-    EXPECT_EQ(copies(), Frames{kAToB.tag(10, 5).bytes()});
+    EXPECT_EQ(send(1, tagged), "2 3:v10 9:v10");
+    EXPECT_EQ(copies(), Frames{tagged.bytes()});
     chip.ports.set_untagged_vlan(1, 10);
     EXPECT_EQ(send(1, kAToB), "2 3:v10 9");
     EXPECT_EQ(copies(), Frames{kAToB.bytes()});
@@ -79,10 +80,11 @@ TEST_F(MirrorForwarding, IngressCopiesHaveTheFormInWhichTheyCame)
 
 TEST_F(MirrorForwarding, TrueEgressCopiesHaveTheFormInWhichTheyLeft)
 {
+    const TestFrame tagged = kAToB.tag(10, 5);
     mirror(2, kTrueEgress);
     mirror(3, kTrueEgress);
-    EXPECT_EQ(send(1, kAToB.tag(10, 5)), "2 3:v10 9 9:v10");
-    EXPECT_EQ(copies(), (Frames{kAToB.bytes(), kAToB.tag(10, 5).bytes()}));
+    EXPECT_EQ(send(1, tagged), "2 3:v10 9 9:v10");
+    EXPECT_EQ(copies(), (Frames{kAToB.bytes(), tagged.bytes()}));
     chip.ports.set_untagged_vlan(1, 10);
     EXPECT_EQ(send(1, kAToB), "2 3:v10 9 9:v10") << "with a tag that it did not come with";
 }
