@@ -9,6 +9,8 @@ namespace vexosim {
 namespace {
 
 constexpr std::size_t kFirstBuckets = 16;
+/// Most frames match in one group only: the others shall see that without reading a node.
+constexpr std::size_t kBucketsPerNode = 4;
 /// Every field and every user-defined field once.
 constexpr std::size_t kMaxParts = 192;
 
@@ -101,7 +103,7 @@ std::uint32_t FieldTuple::add_node(std::uint64_t hash, const FieldPattern& patte
     nodes_[node].hash = hash;
     std::copy(pattern.key.begin(), pattern.key.end(),
               keys_.begin() + static_cast<std::ptrdiff_t>(node * parts_.size()));
-    if (nodes_.size() - free_.size() > buckets_.size())
+    if ((nodes_.size() - free_.size()) * kBucketsPerNode > buckets_.size())
         grow();
     link(node);
     return node;

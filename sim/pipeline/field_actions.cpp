@@ -134,7 +134,7 @@ std::string describe(const FieldAction& action, const PortNames& names)
 void settle_actions(const Packet& p, FieldVerdict& v)
 {
     for (std::size_t i = 0; i < v.hit_count; ++i) {
-        const FieldHit& hit = v.hits[i];
+        const FieldHit& hit = *v.hits[i];
         const FieldRule& rule = *hit.entry->installed;
         const FieldPlace place = v.place == FieldPlace::kOwn ? place_of(rule) : FieldPlace::kOwn;
         for (const FieldAction& action : rule.actions) {

@@ -31,7 +31,7 @@ void search(const Chip& chip, const Packet& p, FieldVerdict& verdict)
         const FieldHit* hit = group.find(values);
         explain_search(p, group, hit);
         if (hit != nullptr)
-            verdict.hits[verdict.hit_count++] = *hit;
+            verdict.hits[verdict.hit_count++] = hit;
     }
 }
 

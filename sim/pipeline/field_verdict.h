@@ -40,7 +40,10 @@ struct FieldVerdict {
     FieldEdits edits;
 
     std::size_t hit_count = 0;
-    std::array<FieldHit, FieldTable::kMaxGroups> hits; ///< one of each group that matches
+    /// One of each group that matches; valid until the table changes.
+    std::array<const FieldHit*, FieldTable::kMaxGroups> hits;
+
+    FieldVerdict() {} // NOLINT(modernize-use-equals-default): that would clear `hits`
 };
 
 } // namespace vexosim

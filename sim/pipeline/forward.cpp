@@ -120,7 +120,7 @@ bool send_to_cpu(Chip& chip, CpuReceive& cpu, const Packet& p)
 void count_field_hits(const FieldVerdict& verdict)
 {
     for (std::size_t i = 0; i < verdict.hit_count; ++i) {
-        const FieldHit& hit = verdict.hits[i];
+        const FieldHit& hit = *verdict.hits[i];
         if (hit.entry->installed->has(bcmFieldActionUpdateCounter))
             FieldTable::count_packet(hit);
     }
