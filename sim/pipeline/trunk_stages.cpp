@@ -80,7 +80,8 @@ int member_for(const Trunk& trunk, const Packet& p)
 {
     if (p.multicast())
         return trunk.designated(trunk_flood(p));
-    return trunk.members[flow_of(p, trunk.criterion) % trunk.members.size()];
+    const std::uint64_t member = flow_of(p, trunk.criterion) % trunk.members.size();
+    return trunk.members[static_cast<std::size_t>(member)];
 }
 
 } // namespace
