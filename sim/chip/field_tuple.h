@@ -32,7 +32,10 @@ private:
         std::uint32_t next;         ///< in the same bucket
         std::vector<FieldHit> hits; ///< the best one first
     };
-    std::size_t bucket_of(std::uint64_t hash) const { return hash & (buckets_.size() - 1); }
+    std::size_t bucket_of(std::uint64_t hash) const
+    {
+        return static_cast<std::size_t>(hash) & (buckets_.size() - 1);
+    }
     bool has_key(std::uint32_t node, const std::uint64_t* key) const;
     std::uint32_t find_node(std::uint64_t hash, const std::uint64_t* key) const;
     std::uint32_t add_node(std::uint64_t hash, const FieldPattern& pattern);

@@ -17,7 +17,7 @@ struct FieldSearching : FieldPath {
             groups.push_back(group({bcmFieldQualifySrcMac, bcmFieldQualifyDstMac}, priority));
     }
 
-    std::uint64_t pick(std::uint64_t below) { return random() % below; }
+    std::size_t pick(std::size_t below) { return static_cast<std::size_t>(random() % below); }
     std::uint64_t some_mask()
     {
         static constexpr std::uint64_t kMasks[] = {0, 1, 2, 3, 0x10, 0x13, 0xff, 0xffffffffffff};
