@@ -82,7 +82,7 @@ void FieldTernary::widen()
     for (Column& column : columns_) {
         std::vector<std::uint64_t> rows(kRows * words_);
         for (std::size_t row = 0; row < kRows; ++row)
-            std::copy_n(&column.rows[row * was], was, &rows[row * words_]);
+            std::copy_n(column.rows.data() + row * was, was, rows.data() + row * words_);
         column.rows.swap(rows);
     }
 }

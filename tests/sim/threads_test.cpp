@@ -155,7 +155,11 @@ TEST_F(Threads, TheCallLogAndFaultsMayBeUsedMeanwhile)
 {
     log_calls(true);
     inject({.call = "bcmx_l2_addr_delete_by_port", .sticky = true});
-    bring_links_up();
+    bring_links_up(); // some perhaps before the log was on
+    wire(3).set_far_end(false);
+    ASSERT_TRUE(links().reaches(54));
+    wire(3).set_far_end(true);
+    ASSERT_TRUE(links().reaches(55));
     const std::string log = all_calls();
     EXPECT_NE(log.find("bcmx_port_stp_set(3, 1)\n"), std::string::npos);
     log_calls(false);
