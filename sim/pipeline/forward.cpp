@@ -186,9 +186,7 @@ void forward_batch(Chip& chip, CpuReceive& cpu, int chip_port, std::span<const F
     fetch_ahead(chip, chip_port, frames, 0, kAhead);
     for (std::size_t i = 0; i < frames.size(); ++i) {
         fetch_ahead(chip, chip_port, frames, i + kAhead, 1);
-        Packet p;
-        p.frame = frames[i];
-        p.in_port = chip_port;
+        Packet p(frames[i], chip_port);
         run_forwarding_stages(chip, p);
         settle(chip, cpu, p, outputs);
     }
@@ -202,8 +200,7 @@ void forward_from_cpu(Chip& chip, CpuReceive& cpu, FrameView frame, Outputs& out
 void send_to_ports(Chip& chip, CpuReceive& cpu, FrameView frame, PortSet ports, PortSet untagged,
                    Outputs& outputs)
 {
-    Packet p;
-    p.frame = frame;
+    Packet p(frame);
     p.out = ports - PortSet{kCpuPort};
     p.untagged = untagged;
     run_direct_stages(chip, p);

@@ -58,8 +58,11 @@ inline constexpr std::size_t kTagBytes = 4;
 
 /// Pointers are into the chip's tables and valid until they change.
 struct Packet {
+    /// The members are set one by one, so that the verdict, which few frames have, is left alone.
+    explicit Packet(FrameView received, int port = kCpuPort) : frame(received), in_port(port) {}
+
     FrameView frame;
-    int in_port = kCpuPort; ///< chip port
+    int in_port; ///< chip port
 
     // Set by parse.
     MacAddress dst = 0, src = 0;

@@ -87,9 +87,7 @@ FrameTrace trace_frame(const Chip& chip, const CpuReceive& cpu, int chip_port, F
                        const PortNames& names)
 {
     Recorder recorder(names);
-    Packet p;
-    p.frame = frame;
-    p.in_port = chip_port;
+    Packet p(frame, chip_port);
     p.recorder = &recorder;
     run_forwarding_stages(chip, p);
     mirror_to_cpu(chip, p);
