@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "sim/chip/field_table.h"
+#include "sim/chip/mac_table.h"
 #include "sim/chip/port_set.h"
 
 namespace vexosim {
