@@ -130,13 +130,13 @@ TEST_F(Flow, AByteMatchOfLength0FailsBeforeAnythingIsMade)
 
 TEST_F(Flow, AByteMatchOfMoreWordsThanUdfsIsOutOfResources)
 {
-    const std::vector<uint8_t> bytes(93 * 4, 1);
+    const std::vector<uint8_t> bytes(std::size_t{93} * 4, 1);
     EXPECT_FALSE(add_flow(flow_of(0x1000), Udf(2, bytes)));
     EXPECT_EQ(text, "bcmx_qset_add_fields failed, flags = 0x1000, rc = -14, reason = "
                     "No resources for operation.\n");
     EXPECT_EQ(take_calls(), "");
     EXPECT_EQ(udfs_in_use(), Ids{});
-    const std::vector<uint8_t> fitting(92 * 4, 1);
+    const std::vector<uint8_t> fitting(std::size_t{92} * 4, 1);
     EXPECT_TRUE(add_flow(flow_of(0x1000), Udf(2, fitting)));
     EXPECT_EQ(udfs_in_use().size(), 92u);
     EXPECT_FALSE(add_flow(flow_of(0x1002), Udf(2, {1})));
