@@ -131,8 +131,9 @@ protected:
         Trunks_ path;
         std::set<std::string> members;
         for (std::uint32_t n = 0; n < 64; ++n) {
-            Flow flow{MacAddress{0x020000000100} + n, MacAddress{0x020000001000} + 2 * n,
-                      0x0a000000 + n, 0x0b000000 + n};
+            Flow flow{MacAddress{0x020000000100} + n,
+                      MacAddress{0x020000001000} + MacAddress{2} * n, 0x0a000000 + n,
+                      0x0b000000 + n};
             fix(flow);
             members.insert(path.member(flow));
         }
