@@ -51,6 +51,24 @@ TextTable vlan_rules_table()
     return vlan_rules_table(*chip, port_names());
 }
 
+TextTable l3_interfaces_table()
+{
+    const ChipLock chip;
+    return l3_interfaces_table(*chip);
+}
+
+TextTable l3_hosts_table()
+{
+    const ChipLock chip;
+    return l3_hosts_table(*chip, port_names());
+}
+
+TextTable l3_routes_table()
+{
+    const ChipLock chip;
+    return l3_routes_table(*chip, port_names());
+}
+
 TextTable counters_table()
 {
     const ChipLock chip;

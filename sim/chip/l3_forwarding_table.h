@@ -13,20 +13,27 @@ namespace vexosim {
 struct L3Host {
     NextHop next_hop;
     bool usable = true;
+    bool hit = false; ///< a frame has been routed by it
 
     bool operator==(const L3Host&) const = default;
     void digest(Digest& d) const
     {
         d.add(next_hop);
         d.add(usable);
+        d.add(hit);
     }
 };
 
 struct L3Route {
     NextHop next_hop;
+    bool hit = false; ///< a frame has been routed by it
 
     bool operator==(const L3Route&) const = default;
-    void digest(Digest& d) const { d.add(next_hop); }
+    void digest(Digest& d) const
+    {
+        d.add(next_hop);
+        d.add(hit);
+    }
 };
 
 /// Entries by address or by network, found without a walk. What the next hop names is the caller's

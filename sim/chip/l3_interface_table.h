@@ -42,6 +42,8 @@ public:
     int destroy(unsigned id);
     int destroy_all();
 
+    std::size_t capacity() const { return interfaces_.size(); }
+
     /// Null when absent.
     const L3Interface* find(unsigned id) const;
     /// The id of a pair.

@@ -29,6 +29,16 @@ std::string ip6_text(const std::uint8_t* address)
     return ::inet_ntop(AF_INET6, address, text, sizeof text);
 }
 
+std::string ip_text(const IpAddress& address)
+{
+    return (address.ip6 ? ip6_text : ip4_text)(address.bytes.data());
+}
+
+std::string prefix_text(const IpPrefix& prefix)
+{
+    return ip_text(prefix.net) + "/" + std::to_string(prefix.length);
+}
+
 std::string hex_text(std::uint64_t value, int digits)
 {
     static constexpr char kDigits[] = "0123456789abcdef";

@@ -27,6 +27,14 @@ TextTable fdb_table();
 TextTable lags_table();
 /// VLANs of untagged frames by source address, source subnet and protocol.
 TextTable vlan_rules_table();
+/// One row for each layer-3 interface, by id: its router MAC address and VLAN.
+TextTable l3_interfaces_table();
+/// One row for each host entry, IPv4 first: its next hop, egress ("7", "cpu" or "lag 3"), whether a
+/// frame has been routed by it ("hit"), and whether frames may be ("valid").
+TextTable l3_hosts_table();
+/// One row for each route, IPv4 first: its network as in "10.0.0.0/8", the address of its next hop
+/// ("-" if it was given none), and as for hosts.
+TextTable l3_routes_table();
 /// Frames, octets and discards of the ports that have counted any.
 TextTable counters_table();
 /// The SDK's counters of one port by name, all 78 or those that are not 0, and the frames that left
