@@ -8,8 +8,9 @@
 #include <type_traits>
 #include <utility>
 
-#include "core/bcm_sdk.h"
+#include "core/factory.h"
 #include "core/trace.h"
+#include "platform/port_map.h"
 
 namespace {
 
@@ -68,7 +69,26 @@ TEST(Layout, ThePortCountIsASigned32BitNumber)
 TEST(Layout, EveryCallbackListHoldsPairsOfFunctionAndCookie)
 {
     EXPECT_TRUE((std::is_same_v<decltype(VexoBcmSdk::mac_update_callbacks), CallbackList>));
+    EXPECT_TRUE((std::is_same_v<decltype(VexoBcmSdk::mac_update_c_callbacks), CallbackList>));
+    EXPECT_TRUE((std::is_same_v<decltype(VexoBcmSdk::link_change_callbacks), CallbackList>));
+    EXPECT_TRUE((std::is_same_v<decltype(VexoBcmSdk::link_change_c_callbacks), CallbackList>));
+    EXPECT_TRUE((std::is_same_v<decltype(VexoBcmSdk::rx_packet_callbacks), CallbackList>));
     EXPECT_TRUE((std::is_same_v<decltype(VexoBcmSdk::rx_packet_c_callbacks), CallbackList>));
+}
+
+TEST(Layout, TheInstanceIsKeptByItsConcreteType)
+{
+    EXPECT_TRUE((std::is_same_v<decltype(bcm_sdk), VexoBcmSdk*>));
+    EXPECT_TRUE((std::is_base_of_v<VexoSdkBase, VexoBcmSdk>));
+}
+
+TEST(Layout, PortTablesHave54RowsOfSigned32BitNumbersOrModulePortPairs)
+{
+    EXPECT_TRUE((std::is_same_v<decltype(vexo_uport_to_bcmport), int32_t[54]>));
+    EXPECT_TRUE((std::is_same_v<decltype(vexo_bcmport_to_user_port), int32_t[54]>));
+    EXPECT_TRUE((std::is_same_v<decltype(vexo_uport_to_user_port), int32_t[54]>));
+    EXPECT_TRUE((std::is_same_v<decltype(vexo_user_port_to_lport), int32_t[54]>));
+    EXPECT_TRUE((std::is_same_v<decltype(vexo_user_port_to_module_port), Mp[54]>));
 }
 
 TEST(Layout, AModulePortPairIsItsTwoNumbers)

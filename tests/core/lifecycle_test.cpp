@@ -7,6 +7,7 @@
 
 #include "core/factory.h"
 #include "core/line_card_init.h"
+#include "l2/lag.h"
 #include "platform/port_map.h"
 #include "vexosim/calls.h"
 #include "vexosim/clock.h"
@@ -44,6 +45,32 @@ TEST(Lifecycle, DeletingMakesNoSdkCall)
 {
     calls_of_create();
     vexosdk_delete_sdk_instance(nullptr);
+    EXPECT_EQ(vexosim::all_calls(), "");
+}
+
+TEST(Lifecycle, WhatTheLibraryKeepsOutlivesTheInstance)
+{
+    calls_of_create();
+    add_lag_to_list(3, lag_list);
+    vexosdk_add_lag_mapping(Usp(1, 2, 7), 3);
+    vexosdk_delete_sdk_instance(nullptr);
+    EXPECT_TRUE(is_lag_exist(3, lag_list));
+    EXPECT_EQ(lag_id_usp_map.count(3), 1u);
+    EXPECT_EQ(vexo_max_physical_port_per_slot, 53);
+    EXPECT_EQ(vexo_user_port_to_module_port[53], Mp(3, 53));
+}
+
+TEST(Lifecycle, OperationsWithAFixedResultAskNothingOfTheChip)
+{
+    calls_of_create();
+    unsigned vid = 77;
+    bool enabled = true;
+    bcm_sdk->set_port_default_vlan(Mp(0, 5), 10);
+    bcm_sdk->get_port_default_vlan(Mp(0, 5), vid);
+    bcm_sdk->set_port_phy_state(Mp(0, 5), PHY_LINK_DOWN);
+    bcm_sdk->get_port_stat_enabled(Mp(0, 5), enabled);
+    bcm_sdk->add_of_flow_with_id(of_flow_mp_s{}, 1);
+    bcm_sdk->free_call(7);
     EXPECT_EQ(vexosim::all_calls(), "");
 }
 

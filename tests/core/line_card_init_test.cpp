@@ -234,6 +234,14 @@ TEST_F(DefaultConfig, CoversAll54PortsOfAChipThatRefusesNone)
     EXPECT_EQ(vexosim::calls(), default_config_calls(54));
 }
 
+TEST_F(DefaultConfig, CoversAsManyPortsAsTheInstanceHas)
+{
+    sdk.port_count = 7;
+    vexosim::inject({.call = "bcmx_rx_start", .code = 0, .do_nothing = true});
+    EXPECT_TRUE(sdk.line_card_default_config_init());
+    EXPECT_EQ(vexosim::calls(), default_config_calls(7));
+}
+
 TEST_F(DefaultConfig, StopsAtTheFirstResultThatIsNotZero)
 {
     const char* const steps[] = {"bcmx_linkscan_enable_set", "bcmx_linkscan_device_add",
@@ -279,6 +287,17 @@ TEST_F(ReservedVlan, HasTheFirst53PortsAsUntaggedMembersAndLearnsNothing)
     EXPECT_EQ(printed_by_init(true), "");
     EXPECT_EQ(vexosim::calls(), reserved_vlan_start + ("bcmx_vlan_port_add(4094, " + front_ports() +
                                                        ", " + front_ports() + ")\n"));
+}
+
+TEST_F(ReservedVlan, LetsTheSdkPrepareItsRecords)
+{
+    vexosim::inject({.call = "bcmx_vlan_port_add"});
+    EXPECT_EQ(printed_by_init(false), "");
+    const std::string log = vexosim::all_calls();
+    EXPECT_NE(log.find("bcmx_l2_learn_limit_t_init("), std::string::npos) << log;
+    EXPECT_NE(log.find("bcmx_lplist_t_init(out)\nbcmx_lplist_t_init(out)\nbcmx_lplist_add("),
+              std::string::npos)
+        << log;
 }
 
 TEST_F(ReservedVlan, MayExistAlready)

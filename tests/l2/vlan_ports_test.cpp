@@ -109,6 +109,25 @@ TEST_F(Vlan, AddingMakesItsListsInOrderAndFreesAllBeforeNewUntagged)
     EXPECT_LT(log.find("bcmx_lplist_free([5, 3])"), log.find("bcmx_lplist_free([3])"));
 }
 
+TEST_F(Vlan, ListsHaveRoomForThePortsOfTheInstance)
+{
+    make_vlan_10();
+    sdk.port_count = 7;
+    vexosim::clear_calls();
+    Mps tagged;
+    Mps untagged;
+    EXPECT_TRUE(sdk.add_ports_to_vlan(10, ports({7}), {}));
+    EXPECT_TRUE(sdk.delete_ports_from_vlan(10, ports({7})));
+    EXPECT_TRUE(sdk.get_vlan_info(10, tagged, untagged));
+    std::size_t lists = 0;
+    const std::string log = vexosim::all_calls();
+    const std::string made = "bcmx_lplist_init(out, 7, 0)\n";
+    for (auto at = log.find(made); at != std::string::npos; at = log.find(made, at + 1))
+        ++lists;
+    EXPECT_EQ(lists, 6u + 1 + 2);
+    EXPECT_EQ(log.find("bcmx_lplist_init(out, 54"), std::string::npos);
+}
+
 TEST_F(Vlan, AddingStopsAtTheListThatCannotBeMade)
 {
     make_vlan_10();

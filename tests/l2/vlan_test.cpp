@@ -229,6 +229,7 @@ TEST(VlanPortMember, GivesTheMembersOfTheFirstNodeWithTheId)
     EXPECT_TRUE(get_vlan_port_member(10, list));
     EXPECT_EQ(text(list), "0/1 0/2 ");
     EXPECT_FALSE(get_vlan_port_member(8, list));
+    EXPECT_FALSE(get_vlan_port_member(0x1000a, list)); // all 32 bits count here
     vlan_port_member_list.clear();
 }
 

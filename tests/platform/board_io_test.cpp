@@ -164,6 +164,15 @@ TEST_F(BoardIo, ExpanderSetUpMakesTheSecondPortOutputs)
               "/dev/i2cDev write Error!\n");
 }
 
+TEST_F(BoardIo, ExpanderSetUpAndPhyResetAskTheDeviceTheyAreGiven)
+{
+    EXPECT_EQ(printed_by([] { EXPECT_EQ(BoardInitPCA9555_SFP(8), -1); }),
+              "/dev/i2cDev write Error!\n"); // only device 7 answers
+    EXPECT_EQ(printed_by([] { EXPECT_EQ(ResetSFPPHYOnBoard(8, 1), -1); }),
+              "/dev/i2cDev read Error!\n");
+    EXPECT_EQ(board::i2c_log(), "8 write 7: no answer\n8 read 3: no answer\n");
+}
+
 TEST_F(BoardIo, PhyResetPullsTheLineLowForASecond)
 {
     EXPECT_EQ(ResetSFPPHYOnBoard(7, 1), 0);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <sstream>
 
 #include "platform/port_map.h"
 #include "sim/card/card.h"
@@ -186,7 +187,26 @@ TEST_F(CardInsert, LeavesTheBpdusMappingInTheEntryThatBothUse)
     EXPECT_EQ(chip->cpu.channel_of(3), 3);
 }
 
-TEST_F(CardInsert, UsesTheChosenUnit)
+TEST_F(CardInsert, UsesTheChosenUnitInEveryCallThatTakesOne)
+{
+    vexo_bcm_unit = 3;
+    vexosim::inject({.call = "", .sticky = true, .code = 0, .do_nothing = true});
+    EXPECT_TRUE(vexo_hwutil_default_port_config_init());
+    std::istringstream calls(vexosim::calls());
+    int lines = 0;
+    for (std::string line; std::getline(calls, line); ++lines) {
+        const bool takes_one =
+            line.rfind("bcm_", 0) == 0 || line.find("_device_add(") != std::string::npos;
+        EXPECT_EQ(line.find("(3") != std::string::npos &&
+                      line != "bcmx_switch_control_set(35, 3)" &&
+                      line != "bcmx_cosq_mapping_set(3, 3)",
+                  takes_one)
+            << line;
+    }
+    EXPECT_EQ(lines, 10 + 53 + 3 + 7 + 5);
+}
+
+TEST_F(CardInsert, StopsAtAUnitThatTheChipDoesNotHave)
 {
     vexo_bcm_unit = 3;
     EXPECT_FALSE(vexo_hwutil_default_port_config_init());

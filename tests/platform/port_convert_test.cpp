@@ -148,6 +148,19 @@ TEST(PortConvert, AVlanUspDoesNotExpandBecauseNothingRecordsItsMembers)
     EXPECT_TRUE(mps.empty());
 }
 
+TEST(PortConvert, AVlanUspWhoseMembersAreRecordedExpandsBehindWhatWasThere)
+{
+    LagNode vlan(10);
+    Mps members = {Mp(0, 5), Mp(0, 2)};
+    vlan.add_member_port(members);
+    vlan_port_member_list.push_back(vlan);
+    Mps mps = {Mp(0, 9)};
+    EXPECT_TRUE(vexo_usp_to_mp_list(Usp(1, 3, 10), mps));
+    EXPECT_FALSE(vexo_usp_to_mp_list(Usp(2, 3, 10), mps));
+    EXPECT_FALSE(vexo_usp_to_mp_list(Usp(1, 3, 11), mps));
+    EXPECT_EQ(mps, (Mps{Mp(0, 9), Mp(0, 2), Mp(0, 5)}));
+}
+
 TEST(PortConvert, OtherSlotsDoNotExpand)
 {
     build_port_tables();
@@ -180,9 +193,9 @@ TEST(PortConvert, AListOfUspsIsSortedWithEveryPortOnceWhatWasThereIncluded)
 {
     build_port_tables();
     make_lag({Mp(0, 4), Mp(2, 50)});
-    Mps mps = {Mp(3, 53), Mp(0, 4), Mp(3, 53)};
+    Mps mps = {Mp(4, 1), Mp(3, 53), Mp(0, 4), Mp(3, 53)};
     EXPECT_TRUE(vexo_usp_list_to_mp_list({Usp(1, 1, 51), lag_usp, Usp(1, 1, 1)}, mps));
-    EXPECT_EQ(mps, (Mps{Mp(0, 0), Mp(0, 4), Mp(2, 50), Mp(3, 53)}));
+    EXPECT_EQ(mps, (Mps{Mp(0, 0), Mp(0, 4), Mp(2, 50), Mp(3, 53), Mp(4, 1)}));
 }
 
 TEST(PortConvert, AListOfUspsExpandsAVlanWhoseMembersAreRecorded)

@@ -227,7 +227,9 @@ TEST(PortMap, TheCpuLportIsThatOfRow53AndMinus1IsNone)
     vexo_user_port_to_lport[53] = -1;
     EXPECT_FALSE(vexo_bcm_sdk_get_cpu_lport(lport));
     EXPECT_EQ(lport, untouched);
-    vexo_user_port_to_lport[53] = 256;
-    EXPECT_TRUE(vexo_bcm_sdk_get_cpu_lport(lport));
-    EXPECT_EQ(lport, 256);
+    for (const int cpu : {256, -2}) { // of negative numbers only -1 is none
+        vexo_user_port_to_lport[53] = cpu;
+        EXPECT_TRUE(vexo_bcm_sdk_get_cpu_lport(lport));
+        EXPECT_EQ(lport, cpu);
+    }
 }

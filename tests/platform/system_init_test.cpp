@@ -92,6 +92,14 @@ TEST_F(SystemInit, AnEmptyPortSetIsNotThePortsOfTheChip)
     EXPECT_EQ(calls.substr(calls.find("bcm_linkscan")), "bcm_linkscan_enable_set(0, 250000)\n");
 }
 
+TEST_F(SystemInit, StartsAtPort0)
+{
+    vexosim::set_property("bcm_linkscan_pbmp", "0x3");
+    vexosim::inject({.call = "bcm_linkscan_mode_set", .code = -5});
+    const std::string calls = calls_of_init(-5);
+    EXPECT_EQ(calls.substr(calls.find("bcm_linkscan")), "bcm_linkscan_mode_set(0, 0, 1)\n");
+}
+
 TEST_F(SystemInit, GoesUpToPort95)
 {
     vexosim::set_property("bcm_linkscan_pbmp", "0x800000000000000000000000");
