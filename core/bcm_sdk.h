@@ -314,11 +314,14 @@ public:
     bool init_line_card();
 
     /// Another default set-up for hosts that want one: link scan, L2 notification and receive
-    /// without handlers, and no flooding towards `Mp(0, 0)`. False at the first step that fails.
+    /// without handlers, and no flooding towards `Mp(0, 0)`. False at the first step that fails,
+    /// which deliberately is `Mp(0, 49)`, a port of module 2, on a chip that refuses lport -1.
     bool line_card_default_config_init();
 
-    /// Prepares VLAN 4094 for internal use: no learning, all front-panel ports untagged members.
-    /// Nothing calls it. A port that cannot be added as untagged is reported and stays tagged.
+    /// Prepares VLAN 4094 for internal use: no learning, the ports of uports 0 to 52 (the CPU port
+    /// among them, user port 47 not) untagged members. Nothing calls it. A port that cannot be
+    /// listed as member ends it with false after printing why; one that cannot be listed as
+    /// untagged is reported the same way and joins tagged. An existing VLAN is no failure.
     bool init_reserved_vlan();
 
     /// Makes the field group of the IP-protocol and L4-port trap filters. Bring-up only.

@@ -69,6 +69,7 @@ public:
     virtual bool delete_cpu_port_from_vlan(unsigned vid) = 0;
 
     /// Appends the tagged and the untagged members in the chip's order. False for an absent VLAN.
+    /// When only releasing the SDK's lists fails, false although the members were appended.
     virtual bool get_vlan_info(unsigned vid, std::list<Mp>& tagged, std::list<Mp>& untagged) = 0;
 
     // ---- Spanning-tree groups (l2/stp) --------------------------------------------------------
