@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/port_map.h"
 #include "tests/l2/driver.h"
 
 namespace {
@@ -26,17 +27,18 @@ struct Operation {
 std::vector<Operation> operations()
 {
     const std::string add = "bcmx_l2_addr_add({flags=";
+    constexpr unsigned wide_vid = 0x1f001; // 61441 in its low 16 bits
     return {
         {add + "0x220, mac=00:11:22:33:44:55, vid=1, port=5}, null)\n", -8,
          [](Sdk& sdk) { return sdk.add_mac_to_port(port_5, host, 1, false); }},
-        {add + "0x320, mac=01:00:5e:00:00:01, vid=1, port=5}, null)\n", -8,
-         [](Sdk& sdk) { return sdk.add_mac_to_port(port_5, group, 0x10001, false); }},
+        {add + "0x320, mac=01:00:5e:00:00:01, vid=61441, port=5}, null)\n", -8,
+         [](Sdk& sdk) { return sdk.add_mac_to_port(port_5, group, wide_vid, false); }},
         {add + "0x2a0, mac=00:11:22:33:44:55, vid=1, trunk=5}, null)\n", -8,
          [](Sdk& sdk) { return sdk.add_mac_to_port(lag_5, host, 1, true); }},
-        {"bcmx_l2_addr_delete(00:11:22:33:44:55, 1)\n", -7,
-         [](Sdk& sdk) { return sdk.delete_mac(host, 0x10001); }},
-        {add + "0x20, mac=00:11:22:33:44:55, vid=1, port=cpu}, null)\n", -8,
-         [](Sdk& sdk) { return sdk.add_system_mac(host, 0x10001); }},
+        {"bcmx_l2_addr_delete(00:11:22:33:44:55, 61441)\n", -7,
+         [](Sdk& sdk) { return sdk.delete_mac(host, wide_vid); }},
+        {add + "0x20, mac=00:11:22:33:44:55, vid=61441, port=cpu}, null)\n", -8,
+         [](Sdk& sdk) { return sdk.add_system_mac(host, wide_vid); }},
         {"bcmx_l2_addr_delete_by_mac(00:11:22:33:44:55, 1)\n", -7,
          [](Sdk& sdk) { return sdk.delete_mac_by_mac(host); }},
         {"bcmx_l2_addr_delete_by_port(5, 0)\n", 0,
@@ -49,8 +51,8 @@ std::vector<Operation> operations()
          [](Sdk& sdk) { return sdk.clear_mac_by_port(lag_5, true, true); }},
         {"bcmx_l2_addr_delete_by_vlan(1, 0)\n", 0,
          [](Sdk& sdk) { return sdk.clear_mac_by_vlan(1, false); }},
-        {"bcmx_l2_addr_delete_by_vlan(1, 1)\n", 0,
-         [](Sdk& sdk) { return sdk.clear_mac_by_vlan(0x10001, true); }},
+        {"bcmx_l2_addr_delete_by_vlan(61441, 1)\n", 0,
+         [](Sdk& sdk) { return sdk.clear_mac_by_vlan(wide_vid, true); }},
         {"bcmx_l2_age_timer_set(300)\n", 0, [](Sdk& sdk) { return sdk.set_fdb_aging_time(300); }},
     };
 }
@@ -143,13 +145,35 @@ TEST(Fdb, AWalkIsOneCallOnTheUnit)
     EXPECT_EQ(calls_made(), "bcm_l2_traverse(0, vexo_mac_traverse_callback, null)\n");
 }
 
+TEST(Fdb, AWalkIsOfTheUnitThatTheDriverHas)
+{
+    VexoBcmSdk& sdk = driver_with_log();
+    vexo_bcm_unit = 1;
+    sdk.traverse_mac_table(nullptr);
+    EXPECT_EQ(calls_made(), "bcm_l2_traverse(1, vexo_mac_traverse_callback, null)\n");
+}
+
+TEST(Fdb, AWalkHandsItsDataToTheSubscribers)
+{
+    static void* got = nullptr;
+    VexoBcmSdk& sdk = driver_with_log();
+    EXPECT_TRUE(sdk.add_mac_to_port(port_5, host, 1, false));
+    sdk.register_mac_update_callback([](L2Addr*, int, void* data) { got = data; }, nullptr);
+    int data = 0;
+    sdk.traverse_mac_table(&data);
+    EXPECT_EQ(got, &data);
+}
+
 TEST(Fdb, AFailedWalkIsReportedWhileTracingIsOn)
 {
     VexoBcmSdk& sdk = driver_with_log();
     sdk.set_trace("trace_level_all", true);
     EXPECT_EQ(printed_by_walk(sdk), "");
+    for (const int code : codes_except({})) {
+        const EveryCallAnswers answer(code);
+        EXPECT_EQ(printed_by_walk(sdk), "bcm_l2_traverse failed.\n") << code;
+    }
     const EveryCallAnswers answer(-1);
-    EXPECT_EQ(printed_by_walk(sdk), "bcm_l2_traverse failed.\n");
     sdk.set_trace("trace_level_all", false);
     EXPECT_EQ(printed_by_walk(sdk), "");
 }

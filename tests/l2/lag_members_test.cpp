@@ -50,6 +50,24 @@ TEST_F(Lag, AddingReplacesTheMembersThatWereThere)
     EXPECT_NE(calls_made().find("ports=[4, 5, 3]"), std::string::npos);
 }
 
+TEST_F(Lag, AddingFlushesBeforeItFreesItsList)
+{
+    give_link({3});
+    unsigned id = 77;
+    EXPECT_TRUE(sdk.create_lag(id));
+    calls_made();
+    EXPECT_TRUE(sdk.add_ports_to_lag(id, ports({3})));
+    EXPECT_EQ(vexosim::all_calls(), "bcmx_lplist_init(out, 54, 0)\n"
+                                    "bcmx_port_link_status_get(3, out)\n"
+                                    "bcmx_lplist_add([], 3)\n"
+                                    "bcmx_trunk_psc_get(0, out)\n"
+                                    "bcmx_trunk_set(0, " +
+                                        info(3, "3", "3") +
+                                        ")\n"
+                                        "bcmx_l2_addr_delete_by_port(3, 0)\n"
+                                        "bcmx_lplist_free([3])\n");
+}
+
 TEST_F(Lag, AddingOnlyPortsWithoutLinkSucceedsAndLeavesTheTrunkAlone)
 {
     give_link({3});
@@ -58,6 +76,12 @@ TEST_F(Lag, AddingOnlyPortsWithoutLinkSucceedsAndLeavesTheTrunkAlone)
     EXPECT_EQ(calls_made(), "bcmx_port_link_status_get(4, out)\n"
                             "bcmx_port_link_status_get(5, out)\n");
     EXPECT_EQ(lists_left(), 0u);
+}
+
+TEST_F(Lag, AddingOnlyPortsWithoutLinkDoesNotDependOnFreeingItsList)
+{
+    fail_next("bcmx_lplist_free", -1);
+    EXPECT_TRUE(sdk.add_ports_to_lag(0, ports({4})));
 }
 
 TEST_F(Lag, AddingNoPortsSucceedsEvenWithoutTheLag)
@@ -157,6 +181,35 @@ TEST_F(Lag, DeletingBlocksTheLeavingMembersAndKeepsTheOthers)
                             "bcmx_trunk_set(0, " +
                                 info(3, "4", "3") + ")\n");
     EXPECT_EQ(lists_left(), 0u);
+}
+
+TEST_F(Lag, DeletingRemovesEachPortOnceAndFreesItsOwnListFirst)
+{
+    give_link({3, 4});
+    const unsigned id = make_lag({3, 4});
+    EXPECT_TRUE(sdk.delete_ports_from_lag(id, ports({3})));
+    const std::string made = vexosim::all_calls();
+    EXPECT_NE(made.find("bcmx_port_stp_set(3, 1)\n"
+                        "bcmx_lplist_port_remove([3, 4], 3, 0)\n"
+                        "bcmx_trunk_set(0, " +
+                        info(3, "4", "3") +
+                        ")\n"
+                        "bcmx_lplist_free([3])\n"
+                        "bcmx_lplist_free([4])\n"),
+              std::string::npos)
+        << made;
+}
+
+TEST_F(Lag, DeletingAPortThatIsGivenTwiceCountsItTwice)
+{
+    give_link({3, 4});
+    for (const std::vector<unsigned>& leaving : {std::vector<unsigned>{3, 3}, {3, 3, 3}}) {
+        const unsigned id = make_lag({3, 4});
+        EXPECT_TRUE(sdk.delete_ports_from_lag(id, ports(leaving)));
+        EXPECT_NE(calls_made().find(empty_0), std::string::npos);
+        EXPECT_TRUE(sdk.delete_lag(id));
+        EXPECT_TRUE(delete_lag_from_list(id, lag_list));
+    }
 }
 
 TEST_F(Lag, DeletingPortsThatAreNoMembersWritesTheTrunkAsItWas)

@@ -65,6 +65,9 @@ TEST_F(Lag, DeletingALagIsFalseForEveryAnswerButSuccess)
 TEST_F(Lag, DeletingAnAbsentLagFails)
 {
     EXPECT_FALSE(sdk.delete_lag(5));
+    calls_made();
+    EXPECT_FALSE(sdk.delete_lag(0x12345));
+    EXPECT_EQ(calls_made(), "bcmx_l2_addr_delete_by_trunk(74565, 1)\nbcmx_trunk_destroy(74565)\n");
 }
 
 TEST_F(Lag, TrunkOperationsLeaveTheBookkeepingAlone)

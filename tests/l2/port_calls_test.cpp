@@ -140,10 +140,10 @@ std::vector<Getter> getters()
              return result;
          }},
         {"bcmx_port_stp_get(5, out)\n", false, into(&VexoSdkBase::get_port_stp_state)},
-        {"bcmx_stg_stp_get(1, 5, out)\n", false,
+        {"bcmx_stg_stp_get(2, 5, out)\n", false,
          [](Sdk& sdk, const Mp& port, long& value) {
              auto state = static_cast<mstp_state_t>(value);
-             const bool result = sdk.get_stg_stp_state(1, port, state);
+             const bool result = sdk.get_stg_stp_state(2, port, state);
              value = static_cast<long>(state);
              return result;
          }},
@@ -248,6 +248,9 @@ TEST(PortCalls, OperationsThatDoNothingMakeNoCall)
     EXPECT_TRUE(sdk.set_port_default_vlan(port_5, 2));
     EXPECT_TRUE(sdk.get_port_default_vlan(port_5, vid));
     EXPECT_TRUE(sdk.set_port_phy_state(port_5, PHY_LINK_UP));
+    EXPECT_TRUE(sdk.set_port_default_vlan(nowhere, 2));
+    EXPECT_TRUE(sdk.get_port_default_vlan(nowhere, vid));
+    EXPECT_TRUE(sdk.set_port_phy_state(nowhere, PHY_LINK_UP));
     EXPECT_TRUE(sdk.free_call(3));
     EXPECT_EQ(vid, 77u);
     EXPECT_EQ(calls_made(), "");

@@ -1,6 +1,7 @@
 // How the chip's values read at the interface. The SDK's getters are this file's own, so that the
 // chip can be made to say anything.
 #include <bcmx/cosq.h>
+#include <bcmx/l2.h>
 #include <bcmx/port.h>
 #include <bcmx/rate.h>
 #include <bcmx/stg.h>
@@ -16,12 +17,13 @@ namespace {
 
 int chip_value = 0;
 int chip_value_2 = 0;
+int chip_result = BCM_E_NONE;
 
 template <class T>
 int give(T* out)
 {
     *out = static_cast<T>(chip_value);
-    return BCM_E_NONE;
+    return chip_result;
 }
 
 constexpr int refused = -1;
@@ -100,6 +102,10 @@ int bcmx_stg_stp_get(bcm_stg_t, bcmx_lport_t, int* out)
     return give(out);
 }
 
+int bcmx_l2_age_timer_get(int* out)
+{
+    return give(out);
+}
 int bcmx_port_jam_get(bcmx_lport_t, int* out)
 {
     return give(out);
@@ -310,4 +316,45 @@ TEST(PortValues, GroupStatesReadBlockingAndListeningAsDiscarding)
         readings<mstp_state_t>({0, 1, 2, 3, 4, 5, -1},
                                [](Sdk& s, auto& out) { return s.get_stg_stp_state(1, port, out); }),
         (Map{{0, 3}, {1, 0}, {2, 0}, {3, 1}, {4, 2}, {5, refused}, {-1, refused}}));
+}
+
+// `readings` looks at the output of each that is refused.
+template <class T, class Get>
+void expect_untouched(Get get)
+{
+    chip_result = BCM_E_FAIL;
+    EXPECT_EQ(readings<T>({0, 1}, get), (Map{{0, refused}, {1, refused}}));
+}
+
+TEST(PortValues, WhatAFailingChipWroteIsNotHandedOut)
+{
+    expect_untouched<bool>([](Sdk& s, bool& out) { return s.get_port_enabled(port, out); });
+    expect_untouched<bool>([](Sdk& s, bool& out) { return s.get_port_autoneg(port, out); });
+    expect_untouched<bool>([](Sdk& s, bool& out) { return s.get_port_jaming(port, out); });
+    expect_untouched<bool>([](Sdk& s, bool& out) { return s.get_port_mac_lock(port, out); });
+    expect_untouched<bool>([](Sdk& s, bool& out) { return s.get_port_bpdu_processing(port, out); });
+    expect_untouched<bool>(
+        [](Sdk& s, bool& out) { return s.get_port_vlan_accept_frame(port, out); });
+    expect_untouched<bool>(
+        [](Sdk& s, bool& out) { return s.get_switch_unknown_unicast_to_cpu(out); });
+    expect_untouched<int>([](Sdk& s, int& out) { return s.get_fdb_aging_time(out); });
+    expect_untouched<unsigned>([](Sdk& s, auto& out) { return s.get_port_mtu(port, out); });
+    expect_untouched<unsigned>([](Sdk& s, auto& out) { return s.get_port_vlan_pvid(port, out); });
+    expect_untouched<unsigned>(
+        [](Sdk& s, auto& out) { return s.get_port_vlan_priority(port, 3, out); });
+    expect_untouched<unsigned>(
+        [](Sdk& s, auto& out) { return s.get_port_cos_mapping(port, 3, out); });
+    expect_untouched<unsigned>(
+        [](Sdk& s, auto& out) { return s.get_port_broadcast_control(port, out); });
+    expect_untouched<unsigned>([](Sdk& s, auto& out) { return s.get_switch_forward_mode(out); });
+    expect_untouched<speed_type_t>([](Sdk& s, auto& out) { return s.get_port_speed(port, out); });
+    expect_untouched<duplex_type_t>([](Sdk& s, auto& out) { return s.get_port_duplex(port, out); });
+    expect_untouched<phy_state_t>(
+        [](Sdk& s, auto& out) { return s.get_port_phy_state(port, out); });
+    expect_untouched<flood_block_type_t>(
+        [](Sdk& s, auto& out) { return s.get_port_flood_blocking(port, port, out); });
+    expect_untouched<stp_state_t>(
+        [](Sdk& s, auto& out) { return s.get_port_stp_state(port, out); });
+    expect_untouched<mstp_state_t>(
+        [](Sdk& s, auto& out) { return s.get_stg_stp_state(1, port, out); });
 }

@@ -34,6 +34,12 @@ TEST_F(StatTables, FindTheSdksCountersOnEitherSideOfTheGap)
     EXPECT_EQ(out, 77);
 }
 
+TEST_F(StatTables, HaveNoCounterAtZero)
+{
+    EXPECT_EQ(stat_to_stat_val[0], -1);
+    EXPECT_EQ(brief_to_port_stat[0], 0);
+}
+
 TEST_F(StatTables, FindTheSdksPortCounters)
 {
     for (int type = 1; type <= 4; ++type) {

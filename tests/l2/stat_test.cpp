@@ -170,6 +170,18 @@ TEST(Stat, AllCountersAreAppendedInOrderOnesThatCannotBeReadAsZero)
     }
 }
 
+TEST(Stat, InTheListsOnlyAnAnswerBelowZeroIsAFailure)
+{
+    VexoBcmSdk& sdk = driver_with_log();
+    answer = 1;
+    std::list<StatCounter64> wide;
+    std::list<StatCounter32> narrow;
+    EXPECT_TRUE(sdk.get_port_stat_counter_all64(port(5), wide));
+    EXPECT_TRUE(sdk.get_port_stat_counter_all32(port(5), narrow));
+    EXPECT_EQ(wide.front().value, value64(0));
+    EXPECT_EQ(narrow.front().value, value32(0));
+}
+
 TEST(Stat, AnArrayNeedsRoomFor76Records)
 {
     VexoBcmSdk& sdk = driver_with_log();

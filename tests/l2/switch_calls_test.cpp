@@ -58,6 +58,24 @@ TEST(SwitchCalls, AnOperationIsFalseForEveryAnswerButSuccess)
     }
 }
 
+TEST(SwitchCalls, AVlanIsItsLow16Bits)
+{
+    VexoBcmSdk& sdk = driver_with_log();
+    const EveryCallAnswers answer(0);
+    constexpr unsigned vid = 0x1f001; // 61441 in its low 16 bits
+    EXPECT_TRUE(sdk.set_port_vlan_pvid(port(5), vid));
+    EXPECT_TRUE(sdk.set_port_protocol_vlan(port(5), FRAME_SNAP, 0x800, vid));
+    EXPECT_TRUE(sdk.set_mac_vlan(host, vid, 5));
+    EXPECT_TRUE(sdk.set_ipv4_subnet_vlan(0x0a010200, 0xffffff00, vid, 5));
+    EXPECT_TRUE(sdk.set_ipv6_subnet_vlan(net6, 64, vid, 5));
+    EXPECT_EQ(calls_made(), "bcmx_port_untagged_vlan_set(5, 61441)\n"
+                            "bcmx_port_protocol_vlan_add(5, 4, 0x800, 61441)\n"
+                            "bcmx_vlan_mac_add(00:11:22:33:44:55, 61441, 5)\n"
+                            "bcmx_vlan_ip4_add(10.1.2.0, 255.255.255.0, 61441, 5)\n"
+                            "bcmx_vlan_ip_add({flags=0x4000, ip6=20010db8000000000000000000000001, "
+                            "prefix=64, vid=61441, prio=5})\n");
+}
+
 TEST(SwitchCalls, ControlsReadAsTheyWereSet)
 {
     VexoBcmSdk& sdk = driver_with_log();

@@ -174,6 +174,16 @@ TEST_F(LinkEvents, ReportsPortStatusSpeedAndDuplexInBothForms)
     EXPECT_EQ(heard_c[0].duplex, 2u);
 }
 
+TEST_F(LinkEvents, ReportsTheSlotOfTheCard)
+{
+    self_slot_id = 4;
+    change();
+    ASSERT_EQ(heard.size(), 1u);
+    EXPECT_EQ(heard[0].port(), Usp(1, 4, 9));
+    ASSERT_EQ(heard_c.size(), 1u);
+    EXPECT_EQ(Usp(heard_c[0].port.unit, heard_c[0].port.slot, heard_c[0].port.port), Usp(1, 4, 9));
+}
+
 TEST_F(LinkEvents, ReportsSpeedsByCodeAndOthersAsUnknown)
 {
     const struct {

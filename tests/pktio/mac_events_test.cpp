@@ -120,6 +120,17 @@ TEST_F(MacEvents, ALearnedEntryIsReportedOnItsPortInBothForms)
     EXPECT_TRUE(class_form_first);
 }
 
+TEST_F(MacEvents, TheSlotOfTheCardIsReported)
+{
+    self_slot_id = 4;
+    notify(entry_on(lport_of_user_port(50)));
+    ASSERT_EQ(heard.size(), 1u);
+    EXPECT_EQ(heard[0].addr.port(), Usp(1, 4, 51));
+    ASSERT_EQ(heard_c.size(), 1u);
+    const ctype_l2_addr_s& c_addr = heard_c[0].addr;
+    EXPECT_EQ(Usp(c_addr.unit, c_addr.slot, c_addr.port), Usp(1, 4, 51));
+}
+
 TEST_F(MacEvents, ATrunkEntryIsReportedOnTheTrunkAndOnNoPort)
 {
     notify(entry_on(-5, 0x80)); // the logical port is not looked at
@@ -165,6 +176,11 @@ TEST_F(MacEvents, SubscribersGetTheKindOfReportAndTheDataOfTheEvent)
         EXPECT_EQ(heard[0].data, &event_data);
         EXPECT_EQ(heard_c[0].data, &event_data);
     }
+}
+
+TEST(MacEntryCount, StartsAtZero)
+{
+    EXPECT_EQ(vexolc::mac_entry_count(), 0u);
 }
 
 TEST_F(MacEvents, TheCounterFallsOnRemovalAndRisesOtherwise)

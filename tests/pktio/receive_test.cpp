@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <new>
 #include <string>
 #include <vector>
@@ -16,11 +17,27 @@
 
 namespace {
 
-bool no_memory = false;
+bool no_memory = false;            // for the driver's own copy
+bool no_memory_for_vector = false; // for the record's
 
 } // namespace
 
 // In place of the library's, so that a test can run out of memory where the driver allows for it.
+void* operator new(std::size_t size)
+{
+    void* memory = no_memory_for_vector ? nullptr : std::malloc(size);
+    if (memory == nullptr)
+        throw std::bad_alloc();
+    return memory;
+}
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
 {
     return no_memory ? nullptr : ::operator new[](size);
@@ -76,7 +93,7 @@ struct Packet64 {
         blocks[1] = {nullptr, 0};
         pkt.pkt_data = blocks;
         pkt.blk_count = 1;
-        pkt.vlan = 0x0fee;
+        pkt.vlan = 0xffee;
         pkt.rx_port = rx_port;
         pkt.pkt_len = static_cast<uint16_t>(size);
     }
@@ -116,7 +133,7 @@ TEST_F(Receive, HandsThePacketToTheClassFormAndThenToTheCStyleSubscriber)
         EXPECT_EQ(each.bytes, packet.bytes);
         EXPECT_EQ(each.length, 64u);
         EXPECT_EQ(each.type, 0u);
-        EXPECT_EQ(each.vlan, 0x0feeu);
+        EXPECT_EQ(each.vlan, 0xffeeu);
         EXPECT_EQ(each.port, Usp(1, 1, 9));
         EXPECT_EQ(each.cookie, &own_cookie);
     }
@@ -135,6 +152,15 @@ TEST_F(Receive, TakesTheReceivePortAsAUport)
         EXPECT_EQ(received[0].port, Usp(1, 1, row.usp_port)) << unsigned{row.rx_port};
         EXPECT_EQ(received[1].port, Usp(1, 1, row.usp_port)) << unsigned{row.rx_port};
     }
+}
+
+TEST_F(Receive, NamesTheSlotOfTheCard)
+{
+    self_slot_id = 4;
+    EXPECT_EQ(Packet64(2).deliver(), 2);
+    ASSERT_EQ(received.size(), 2u);
+    EXPECT_EQ(received[0].port, Usp(1, 4, 9));
+    EXPECT_EQ(received[1].port, Usp(1, 4, 9));
 }
 
 TEST_F(Receive, LeavesAPacketOnAPortWithoutUserPortToOthers)
@@ -227,10 +253,12 @@ TEST_F(Receive, HandlesAPacketThatNobodySubscribedTo)
 TEST_F(Receive, LeavesThePacketToOthersWhenMemoryRunsOut)
 {
     Packet64 packet(2);
-    no_memory = true;
-    EXPECT_EQ(packet.deliver(), 1);
-    EXPECT_TRUE(received.empty());
-    no_memory = false;
+    for (bool* gone : {&no_memory, &no_memory_for_vector}) {
+        *gone = true;
+        EXPECT_EQ(packet.deliver(), 1);
+        *gone = false;
+        EXPECT_TRUE(received.empty());
+    }
     EXPECT_EQ(packet.deliver(), 2);
     EXPECT_EQ(received.size(), 2u);
 }
