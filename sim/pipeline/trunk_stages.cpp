@@ -76,29 +76,36 @@ const char* criterion_name(int criterion)
     return kNames[static_cast<std::size_t>(criterion - BCM_TRUNK_PSC_SRCMAC)];
 }
 
-int member_for(const Trunk& trunk, const Packet& p)
+/// The member that sends the frame; none of a trunk that is gone or has no members.
+PortSet member_for(const Chip& chip, int id, const Packet& p)
 {
+    if (chip.trunks.check(id) != 0 || chip.trunks.at(id).members.empty())
+        return {};
+    const Trunk& trunk = chip.trunks.at(id);
     if (p.multicast())
-        return trunk.designated(trunk_flood(p));
+        return {trunk.designated(trunk_flood(p))};
     const std::uint64_t member = flow_of(p, trunk.criterion) % trunk.members.size();
-    return trunk.members[static_cast<std::size_t>(member)];
+    return {trunk.members[static_cast<std::size_t>(member)]};
+}
+
+std::string describe(const Packet& p, const Trunk& trunk, PortSet member, const PortNames& names)
+{
+    return "port " + names.names(member) + " of " + names.names(trunk.ports()) + ", " +
+           (p.multicast() ? std::string("designated for multicast")
+                          : std::string("by ") + criterion_name(trunk.criterion));
 }
 
 } // namespace
 
 Step to_trunk(const Chip& chip, Packet& p)
 {
-    int id = p.destination->trunk;
-    const Trunk* trunk = chip.trunks.check(id) == 0 ? &chip.trunks.at(id) : nullptr;
-    if (trunk == nullptr || trunk->members.empty())
+    const int id = p.destination->trunk;
+    const PortSet member = member_for(chip, id, p);
+    if (member.empty())
         return drop(DropReason::trunk_empty);
-    int member = member_for(*trunk, p);
-    explain(p, [&](const PortNames& names) {
-        return "port " + names.name(member) + " of " + names.names(trunk->ports()) + ", " +
-               (p.multicast() ? std::string("designated for multicast")
-                              : std::string("by ") + criterion_name(trunk->criterion));
-    });
-    p.out = PortSet{member} - p.destination->block;
+    explain(p,
+            [&](const PortNames& names) { return describe(p, chip.trunks.at(id), member, names); });
+    p.out = member - p.destination->block;
     return p.out.any() ? next() : drop(DropReason::entry_blocked);
 }
 
