@@ -1,17 +1,15 @@
-#include <cxxabi.h>
 #include <dlfcn.h>
 #include <elf.h>
 #include <gtest/gtest.h>
 #include <link.h>
 
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <type_traits>
 
 #include "core/factory.h"
 #include "tests/core/elf_file.h"
+#include "tests/core/wording.h"
 
 namespace {
 
@@ -25,36 +23,6 @@ void* library()
 void* const* dispatch_table()
 {
     return static_cast<void* const*>(dlsym(library(), "_ZTV10VexoBcmSdk"));
-}
-
-void replace_all(std::string& text, const std::string& from, const std::string& to)
-{
-    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at))
-        text.replace(at, from.size(), to);
-}
-
-std::string demangle(const char* name)
-{
-    const std::unique_ptr<char, decltype(&std::free)> text(
-        abi::__cxa_demangle(name, nullptr, nullptr, nullptr), &std::free);
-    return text ? text.get() : name;
-}
-
-// A function's name in the wording of the slot table.
-std::string wording(const std::string& symbol)
-{
-    std::string text = demangle(symbol.c_str());
-    for (const std::string type :
-         {"Mp", "StatCounter64", "StatCounter32", "BriefStatCounter64", "BriefStatCounter32"}) {
-        std::string allocator = ", std::allocator<";
-        allocator.append(type).append("> >");
-        replace_all(text, allocator, ">");
-    }
-    replace_all(text, "std::__cxx11::list<", "list<");
-    replace_all(text,
-                "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >",
-                "string");
-    return text;
 }
 
 // The functions in a slot, one per line. There are several when the compiler found that they do the

@@ -64,6 +64,16 @@ std::set<std::string> ElfFile::imports() const
     return names;
 }
 
+std::set<std::string> ElfFile::exports() const
+{
+    std::set<std::string> names;
+    for_each_symbol([&](const ElfW(Sym) & symbol, const char* name) {
+        if (symbol.st_shndx != SHN_UNDEF)
+            names.insert(name);
+    });
+    return names;
+}
+
 std::set<std::string> ElfFile::functions_at(std::size_t distance) const
 {
     std::set<std::string> names;

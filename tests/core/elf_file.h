@@ -13,6 +13,9 @@ public:
     /// Names that the library needs from elsewhere; weak ones, which it can do without, left out.
     std::set<std::string> imports() const;
 
+    /// Names that the library gives to others.
+    std::set<std::string> exports() const;
+
     /// Names of the functions at an address, given as its distance from where the library is
     /// loaded. There are several when the compiler found functions to be the same.
     std::set<std::string> functions_at(std::size_t distance) const;
