@@ -6,8 +6,7 @@ namespace {
 // The chip's record of LAG 0 when it is written.
 std::string set_0(const std::string& members, const std::string& designated)
 {
-    return "bcmx_trunk_set(0, {psc=3, ports=[" + members + "], dlf_port=" + designated +
-           ", mc_port=" + designated + ", ipmc_port=" + designated + "})\n";
+    return "bcmx_trunk_set(0, " + trunk_info(3, members, designated) + ")\n";
 }
 
 const std::string get_0 = "bcmx_trunk_get(0, out)\n";

@@ -54,3 +54,10 @@ struct Lag : testing::Test {
 
     std::size_t lists_left() const { return vexosim::live_lplists() - lists_before; }
 };
+
+/// A trunk's record as the call log has it, with one port designated for everything.
+inline std::string trunk_info(int psc, const std::string& members, const std::string& designated)
+{
+    return "{psc=" + std::to_string(psc) + ", ports=[" + members + "], dlf_port=" + designated +
+           ", mc_port=" + designated + ", ipmc_port=" + designated + "}";
+}

@@ -6,6 +6,9 @@ namespace {
 
 using Sdk = VexoBcmSdk;
 
+static_assert(FRAME_ETHERNET_II == 0 && FRAME_802_3 == 1 && FRAME_802_3_LLC == 2 &&
+              FRAME_SNAP == 3);
+
 const unsigned char host[6] = {0x00, 0x11, 0x22, 0x33, 0x44, 0x55};
 
 std::vector<Setter> setters()

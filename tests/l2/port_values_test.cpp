@@ -310,6 +310,8 @@ TEST(PortValues, SpanningTreeStatesReadAsTheyAreSetAndOthersAreRefused)
         (Map{{0, 4}, {1, 0}, {2, 1}, {3, 2}, {4, 3}, {5, refused}, {-1, refused}}));
 }
 
+static_assert(MSTP_FORWARDING_ALIAS == 4); // never read
+
 TEST(PortValues, GroupStatesReadBlockingAndListeningAsDiscarding)
 {
     EXPECT_EQ(

@@ -21,7 +21,15 @@ static_assert(std::is_same_v<decltype(std::declval<Packet&>().set_data(Bytes()))
 static_assert(LCMGR_REPORT_MAC_UPDATE == 0 && LCMGR_REPORT_LINK_CHANGE == 1 &&
               LCMGR_REPORT_RX_PACKET == 2 && sizeof(lcmgr_report_event_t) == 4);
 
+// Both forms are there to be called by name from outside.
+template <class Class, class T, T (Class::*)(), T (Class::*)() const>
+constexpr bool has_both_forms = true;
+static_assert(has_both_forms<Packet, unsigned, &Packet::length, &Packet::length> &&
+              has_both_forms<Packet, unsigned, &Packet::type, &Packet::type>);
+
 // The plain structures are laid out for C clients.
+static_assert(offsetof(usp_s, unit) == 0 && offsetof(usp_s, slot) == 4 &&
+              offsetof(usp_s, port) == 8 && sizeof(usp_s) == 12 && std::is_trivial_v<usp_s>);
 static_assert(offsetof(ctype_rx_packet_s, length) == 0 && offsetof(ctype_rx_packet_s, type) == 4 &&
               offsetof(ctype_rx_packet_s, data) == 8 &&
               offsetof(ctype_rx_packet_s, vlan) == 8 + sizeof(void*) &&

@@ -161,6 +161,17 @@ TEST_F(MacEvents, AStaticEntryIsReportedAsNotLearned)
     }
 }
 
+TEST_F(MacEvents, OtherFlagsChangeNothingAndArePassedOn)
+{
+    constexpr uint32_t with_meaning = 0x10 | 0x20 | 0x80;
+    notify(entry_on(lport_of_user_port(1), ~with_meaning));
+    ASSERT_EQ(heard.size(), 1u);
+    EXPECT_EQ(heard[0].addr.flags(), ~with_meaning);
+    EXPECT_TRUE(heard[0].addr.learn_type());
+    EXPECT_FALSE(heard[0].addr.is_trunk());
+    EXPECT_EQ(heard[0].addr.port(), Usp(1, 1, 2));
+}
+
 TEST_F(MacEvents, SubscribersGetTheKindOfReportAndTheDataOfTheEvent)
 {
     for (const int insert : {0, 1, 2}) {
