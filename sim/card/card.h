@@ -13,6 +13,7 @@
 #include "sim/card/properties.h"
 #include "sim/card/registers.h"
 #include "sim/card/watch.h"
+#include "sim/pipeline/observer.h"
 #include "vexosim/profile.h"
 
 namespace vexosim {
@@ -56,6 +57,7 @@ public:
     Phys phys;
     Stage stage = Stage::absent;
     Background background;
+    FrameObservers observers; ///< of all frames
 
     /// Notes that the chip is at least this far up.
     void reach(Stage reached) { stage = std::max(stage, reached); }

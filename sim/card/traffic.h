@@ -22,7 +22,11 @@ auto forward(Body&& body)
     outputs.clear();
     const auto result = [&] {
         const ChipLock chip;
-        return body(*chip, outputs);
+        outputs.observers = card().observers;
+        auto done = body(*chip, outputs);
+        for (FrameObserver* observer : outputs.observers)
+            observer->batch_ends();
+        return done;
     }();
     send_to_wires(outputs);
     return result;

@@ -21,7 +21,7 @@ void CpuReceive::choose_queue(const Chip& chip, Packet& p) const
         p.drop = DropReason::cpu_queue_full;
 }
 
-void CpuReceive::enqueue(const Packet& p)
+const CpuFrame& CpuReceive::enqueue(const Packet& p)
 {
     Queue& q = queues_[static_cast<std::size_t>(p.cpu_queue)];
     if (q.ring.empty())
@@ -36,6 +36,7 @@ void CpuReceive::enqueue(const Packet& p)
     frame.priority = p.priority;
     frame.queue = p.cpu_queue;
     frame.came_untagged = !p.tagged;
+    return frame;
 }
 
 std::size_t CpuReceive::waiting() const

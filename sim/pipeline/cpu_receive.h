@@ -53,7 +53,8 @@ public:
     /// Decides about the CPU copy that the stages asked for: its queue, and whether there is room.
     void choose_queue(const Chip& chip, Packet& p) const;
     /// Queues the copy, after choose_queue() found room.
-    void enqueue(const Packet& p);
+    /// @return the copy, valid until the next call.
+    const CpuFrame& enqueue(const Packet& p);
 
     std::size_t waiting() const;
     /// Takes the next frame that may be delivered now, from the highest queue first.

@@ -77,6 +77,8 @@ std::uint64_t send_form(Chip& chip, const Packet& p, PortSet ports, FrameView fo
         outputs.push(port, form);
         chip.counters[port].count_sent(p.cast, octets, size_class, p.queue, ip6);
     }
+    for (FrameObserver* observer : outputs.observers)
+        observer->leaves(p, ports, form);
     return copies;
 }
 
@@ -91,8 +93,10 @@ std::uint64_t send_copies(Chip& chip, const Packet& p, Outputs& outputs)
     return copies;
 }
 
-void count_lost_copies(Chip& chip, const Packet& p)
+void count_lost_copies(Chip& chip, const Packet& p, const Outputs& outputs)
 {
+    for (FrameObserver* observer : outputs.observers)
+        observer->is_lost(p, p.too_long, p.frame, DropReason::egress_too_long);
     for (int port : p.too_long) {
         ++chip.drops.copies_meant;
         ++chip.counters[port].out_discards;
@@ -102,7 +106,7 @@ void count_lost_copies(Chip& chip, const Packet& p)
 }
 
 /// @return whether the CPU got its copy.
-bool send_to_cpu(Chip& chip, CpuReceive& cpu, const Packet& p)
+bool send_to_cpu(Chip& chip, CpuReceive& cpu, const Packet& p, const Outputs& outputs)
 {
     if (p.cpu == 0)
         return false;
@@ -110,9 +114,13 @@ bool send_to_cpu(Chip& chip, CpuReceive& cpu, const Packet& p)
     if (p.cpu_full) {
         ++chip.drops.copies[static_cast<std::size_t>(DropReason::cpu_queue_full)];
         ++chip.counters[p.in_port].in_drop_events;
+        for (FrameObserver* observer : outputs.observers)
+            observer->is_lost(p, {kCpuPort}, p.frame, DropReason::cpu_queue_full);
         return false;
     }
-    cpu.enqueue(p);
+    const CpuFrame& copy = cpu.enqueue(p);
+    for (FrameObserver* observer : outputs.observers)
+        observer->leaves(p, {kCpuPort}, copy.data);
     ++chip.drops.copies_to_cpu;
     return true;
 }
@@ -141,14 +149,16 @@ void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
         count_field_hits(*p.field);
     if (p.limited) [[unlikely]]
         chip.rates.accept(p.in_port, p.storm, chip.now_us);
+    for (FrameObserver* observer : outputs.observers)
+        observer->decided(p);
     std::uint64_t sent = send_copies(chip, p, outputs);
     drops.copies_meant += sent;
     drops.copies_sent += sent;
     if (p.too_long.any()) [[unlikely]]
-        count_lost_copies(chip, p);
+        count_lost_copies(chip, p, outputs);
     if (mirroring) [[unlikely]]
         send_mirror_copies(chip, p, outputs);
-    if (send_to_cpu(chip, cpu, p) || sent > 0) {
+    if (send_to_cpu(chip, cpu, p, outputs) || sent > 0) {
         ++drops.frames_delivered;
         return;
     }
@@ -186,6 +196,8 @@ void forward_batch(Chip& chip, CpuReceive& cpu, int chip_port, std::span<const F
     fetch_ahead(chip, chip_port, frames, 0, kAhead);
     for (std::size_t i = 0; i < frames.size(); ++i) {
         fetch_ahead(chip, chip_port, frames, i + kAhead, 1);
+        for (FrameObserver* observer : outputs.observers)
+            observer->arrives(chip, cpu, chip_port, frames[i]);
         Packet p(frames[i], chip_port);
         run_forwarding_stages(chip, p);
         settle(chip, cpu, p, outputs);

@@ -88,8 +88,10 @@ FrameView form_of(const Packet& p, const MirrorCopy& copy, Outputs& outputs)
     return {memory, bytes};
 }
 
-void lose(Chip& chip, const MirrorCopy& copy)
+void lose(Chip& chip, const Packet& p, const MirrorCopy& copy, const Outputs& outputs)
 {
+    for (FrameObserver* observer : outputs.observers)
+        observer->is_lost(p, {copy.destination}, p.frame, copy.lost);
     ++chip.drops.mirrors[static_cast<std::size_t>(copy.lost)];
     PortCounters& c = chip.counters[copy.destination];
     if (copy.lost == DropReason::egress_too_long) {
@@ -106,6 +108,8 @@ void send(Chip& chip, const Packet& p, const MirrorCopy& copy, Outputs& outputs)
     std::uint32_t octets = wire_octets(frame.size());
     chip.counters[copy.destination].count_sent(p.cast, octets, FrameCounters::size_class(octets),
                                                p.queue, p.ethertype == kIp6Type);
+    for (FrameObserver* observer : outputs.observers)
+        observer->leaves(p, {copy.destination}, frame);
 }
 
 } // namespace
@@ -147,7 +151,7 @@ void send_mirror_copies(Chip& chip, const Packet& p, Outputs& outputs)
         if (copy.lost == DropReason::kNone)
             send(chip, p, copy, outputs);
         else
-            lose(chip, copy);
+            lose(chip, p, copy, outputs);
     }
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "sim/chip/port_set.h"
+#include "sim/pipeline/observer.h"
 #include "vexosim/frame.h"
 
 namespace vexosim {
@@ -49,6 +50,7 @@ public:
     void clear();
 
     FrameArena arena;
+    FrameObservers observers; ///< told of what is put out, and of what is not
 
 private:
     PortSet used_;

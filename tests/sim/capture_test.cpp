@@ -1,0 +1,248 @@
+// What a capture says about frames: through a chip value, and through the card.
+#include <bcmx/mirror.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+
+#include "sim/capture/capture.h"
+#include "tests/kit/kit.h"
+#include "tests/sim/path.h"
+#include "tests/sim/pcapng_text.h"
+#include "tests/sim/wire_captures.h"
+#include "vexosim/capture.h"
+
+namespace vexosim {
+namespace {
+
+/// A chip whose ports 1 to 3 are in VLAN 1, and a capture of them and the CPU.
+struct Captures : Path {
+    TempDir dir;
+    std::unique_ptr<Capture> capture;
+
+    explicit Captures(Captured what = Captured::all, PortSet ports = {kCpuPort, 1, 2, 3})
+    {
+        only({1, 2, 3});
+        Capture::Plan plan;
+        plan.ports = ports;
+        plan.what = what;
+        plan.descriptions[1] = "tap:one";
+        capture = std::make_unique<Capture>(plan);
+        EXPECT_EQ(capture->open(dir.path("all.pcapng")), "");
+        outputs.observers = {capture.get()};
+    }
+    /// Frames without being traced first.
+    void pass(int port, FrameView frame)
+    {
+        outputs.clear();
+        forward_batch(chip, cpu, port, {&frame, 1}, outputs);
+        capture->batch_ends();
+    }
+    PcapngText end()
+    {
+        EXPECT_EQ(capture->close(), "");
+        return PcapngText(dir.read("all.pcapng"));
+    }
+    /// What is said of packets, without the interfaces before and the statistics behind.
+    std::string said()
+    {
+        std::string text = end().text;
+        text.erase(0, text.find("\n", text.rfind("interface ")) + 1);
+        return text.substr(0, text.find("counted "));
+    }
+};
+
+TEST(Capture, EveryPortIsAnInterfaceNamedAfterItAndDescribedByItsWire)
+{
+    Captures card;
+    EXPECT_EQ(card.end().text, "interface port 1 (tap:one)\ninterface port 2\ninterface port 3\n"
+                               "interface cpu\n"
+                               "counted cpu: 0 0\ncounted port 1: 0 0\n"
+                               "counted port 2: 0 0\ncounted port 3: 0 0\n");
+}
+
+TEST(Capture, AFrameSaysWhereItGoesAndItsCopiesWhereItCameFrom)
+{
+    Captures card;
+    card.pass(1, TestFrame(kHostB, kHostA));
+    card.pass(2, TestFrame(kHostA, kHostB));
+    EXPECT_EQ(card.said(), "port 1 received #1 [forwarded] to ports 2,3 in VLAN 1\n"
+                           "port 2 sent #1 from port 1 in VLAN 1\n"
+                           "port 3 sent #1 from port 1 in VLAN 1\n"
+                           "port 2 received #2 [forwarded] to port 1 in VLAN 1\n"
+                           "port 1 sent #2 from port 2 in VLAN 1\n");
+}
+
+TEST(Capture, ADroppedFrameSaysWhy)
+{
+    Captures card;
+    card.pass(1, TestFrame(kHostB, kHostA).tag(77));
+    EXPECT_EQ(card.said(), "port 1 received #1 [vlan_unknown] dropped: the VLAN does not exist\n");
+}
+
+TEST(Capture, CopiesForTheCpuLeaveThroughItsInterface)
+{
+    Captures card;
+    card.pass(1, TestFrame(kBridgeGroup, kHostA));
+    const std::string said = card.said();
+    EXPECT_EQ(said.substr(0, said.find('\n')),
+              "port 1 received #1 [forwarded] to the CPU (BPDU) in VLAN 1");
+    EXPECT_NE(said.find("cpu sent #1 from port 1 in VLAN 1\n"), std::string::npos) << said;
+}
+
+TEST(Capture, AFrameTooLongForAPortIsShownThereWithTheReason)
+{
+    Captures card;
+    card.chip.ports.set_frame_max(3, 64);
+    card.pass(1, TestFrame(kHostB, kHostA, 100));
+    EXPECT_EQ(card.said(), "port 1 received #1 [forwarded] to port 2 in VLAN 1\n"
+                           "port 2 sent #1 from port 1 in VLAN 1\n"
+                           "port 3 sent #1 [egress_too_long] from port 1 in VLAN 1, not sent: "
+                           "longer than the destination's maximum\n");
+}
+
+TEST(Capture, MirrorCopiesAreSentByTheDestination)
+{
+    Captures card;
+    card.only({1, 2});
+    ASSERT_EQ(card.chip.mirrors.set(1, 3, BCM_MIRROR_PORT_ENABLE | BCM_MIRROR_PORT_INGRESS), 0);
+    card.pass(1, TestFrame(kHostB, kHostA));
+    EXPECT_EQ(card.said(), "port 1 received #1 [forwarded] to port 2 in VLAN 1\n"
+                           "port 2 sent #1 from port 1 in VLAN 1\n"
+                           "port 3 sent #1 from port 1 in VLAN 1\n");
+}
+
+TEST(Capture, FramesStandThereAsTheyCameAndAsTheyLeft)
+{
+    Captures card;
+    card.vlan(10, {1}, {2});
+    const TestFrame plain(kHostB, kHostA), tagged = plain.tag(10, 5);
+    card.pass(1, tagged);
+    const PcapngText file = card.end();
+    ASSERT_EQ(file.frames.size(), 2u);
+    EXPECT_EQ(file.frames[0], tagged.bytes());
+    EXPECT_EQ(file.frames[1], plain.bytes());
+    EXPECT_EQ(file.times[0], file.times[1]);
+    EXPECT_GT(file.times[0], 1700000000u * std::uint64_t{1000000000});
+}
+
+TEST(Capture, FramesOfAnyLengthKeepTheBlocksWhole)
+{
+    Captures card;
+    for (std::size_t bytes = 60; bytes < 68; ++bytes)
+        card.pass(1, TestFrame(kHostB, kHostA, bytes));
+    EXPECT_EQ(card.end().frames.size(), 8u * 3);
+}
+
+TEST(Capture, OfOnePortOnlyItsPacketsAreTaken)
+{
+    Captures card(Captured::all, {2});
+    card.pass(1, TestFrame(kHostB, kHostA));
+    EXPECT_EQ(card.said(), "port 2 sent #1 from port 1 in VLAN 1\n");
+}
+
+TEST(Capture, OnlyWhatIsReceivedSentOrDroppedIsTakenOnRequest)
+{
+    const auto of = [](Captured what) {
+        Captures card(what);
+        card.chip.ports.set_frame_max(3, 64);
+        card.pass(1, TestFrame(kHostB, kHostA, 100));
+        card.pass(1, TestFrame(kHostB, kHostA).tag(77));
+        return card.said();
+    };
+    const std::string lost = "port 3 sent #1 [egress_too_long] from port 1 in VLAN 1, not sent: "
+                             "longer than the destination's maximum\n";
+    const std::string dropped = "port 1 received #2 [vlan_unknown] dropped: the VLAN does not "
+                                "exist\n";
+    EXPECT_EQ(of(Captured::received),
+              "port 1 received #1 [forwarded] to port 2 in VLAN 1\n" + dropped);
+    EXPECT_EQ(of(Captured::sent), "port 2 sent #1 from port 1 in VLAN 1\n");
+    EXPECT_EQ(of(Captured::dropped), lost + dropped);
+}
+
+/// What a program prints; empty if it does not run.
+std::string printed_by(const std::string& command)
+{
+    std::string text;
+    std::array<char, 4096> part{};
+    FILE* pipe = ::popen(command.c_str(), "r");
+    while (pipe != nullptr && std::fgets(part.data(), part.size(), pipe) != nullptr)
+        text += part.data();
+    if (pipe != nullptr)
+        ::pclose(pipe);
+    return text;
+}
+
+TEST(Capture, TsharkReadsDirectionsIdsVerdictsAndComments)
+{
+    if (std::system("command -v tshark >/dev/null") != 0) {
+        if (std::getenv("VEXOLC_REQUIRE_HOSTS") != nullptr)
+            FAIL() << "tshark is not installed";
+        GTEST_SKIP() << "tshark is not installed";
+    }
+    Captures card;
+    card.pass(1, TestFrame(kHostB, kHostA));
+    card.pass(1, TestFrame(kHostB, kHostA).tag(77));
+    card.end();
+    const std::string said = printed_by(
+        "tshark -r " + card.dir.path("all.pcapng") +
+        " -T fields -E separator=/s -e frame.interface_name -e frame.packet_flags_direction"
+        " -e frame.packet_id -e frame.verdict.hw -e frame.comment 2>/dev/null");
+    EXPECT_EQ(said,
+              "port 1 0x00000001 1 66 6f 72 77 61 72 64 65 64 to ports 2,3 in VLAN 1\n"
+              "port 2 0x00000002 1  from port 1 in VLAN 1\n"
+              "port 3 0x00000002 1  from port 1 in VLAN 1\n"
+              "port 1 0x00000001 2 76 6c 61 6e 5f 75 6e 6b 6e 6f 77 6e dropped: the VLAN does not "
+              "exist\n");
+}
+
+TEST(Capture, AFullDiskIsSaidAndWhatIsThereEndsWithAWholeBlock)
+{
+    Captures card;
+    BlockBuffer blocks;
+    BlockWriter writer;
+    ASSERT_EQ(writer.open("/dev/full"), "");
+    pcapng::put_section(blocks, "test");
+    EXPECT_EQ(writer.close(blocks), "cannot write /dev/full: No space left on device");
+}
+
+class CardCapture : public CardTest {
+protected:
+    TempDir dir_;
+};
+
+TEST_F(CardCapture, CapturesWhatTheCardForwards)
+{
+    ASSERT_EQ(start_capture(dir_.path("card.pcapng"), {{1, 2}, Captured::all}), "");
+    receive(1, TestFrame(kHostB, kHostA));
+    const auto status = stop_capture();
+    ASSERT_TRUE(status);
+    const PcapngText file(dir_.read("card.pcapng"));
+    EXPECT_EQ(status->packets, file.frames.size());
+    EXPECT_GE(file.frames.size(), 1u);
+    EXPECT_EQ(file.text.find("interface port 1 (mem)\ninterface port 2 (mem)\n"), 0u) << file.text;
+}
+
+TEST_F(CardCapture, ThereIsOneAtATime)
+{
+    const std::string path = dir_.path("one.pcapng");
+    ASSERT_EQ(start_capture(path), "");
+    EXPECT_EQ(start_capture(dir_.path("two.pcapng")),
+              "a capture into " + path + " is running; stop it first");
+    EXPECT_EQ(capture_status()->path, path);
+    EXPECT_EQ(stop_capture()->error, "");
+    EXPECT_FALSE(stop_capture());
+    EXPECT_FALSE(capture_status());
+}
+
+TEST_F(CardCapture, ABadPortOrPathStartsNothing)
+{
+    EXPECT_EQ(start_capture(dir_.path("x"), {{1, 99}, Captured::all}), "no port 99");
+    EXPECT_EQ(start_capture("/nowhere/x"), "cannot write /nowhere/x: No such file or directory");
+    EXPECT_FALSE(std::filesystem::exists(dir_.path("x")));
+    EXPECT_FALSE(capture_status());
+}
+
+} // namespace
+} // namespace vexosim
