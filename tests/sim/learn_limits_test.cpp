@@ -77,6 +77,26 @@ TEST_F(Limits, OneScopeDoesNotLimitAnother)
     EXPECT_FALSE(knows(4, 10));
 }
 
+TEST_F(Limits, AScopeCountsTheAddressesInItAndNoOthers)
+{
+    auto tagged_from = [this](int port, unsigned station) {
+        send(port, TestFrame(kBroadcastMac, kHostA + station).tag(10));
+    };
+    vlan(10, {1, 2});
+    chip.learn_limits.system = 2;
+    from(1, 1);
+    tagged_from(1, 2);
+    from(2, 3);
+    EXPECT_FALSE(knows(3)) << "two are known in the system, one in each VLAN";
+    chip.learn_limits = {};
+    chip.learn_limits.by_vlan[10] = 2;
+    from(1, 4);
+    tagged_from(2, 5);
+    EXPECT_TRUE(knows(5, 10));
+    tagged_from(2, 6);
+    EXPECT_FALSE(knows(6, 10));
+}
+
 TEST_F(Limits, FramesOverTheLimitGoByThePortsMode)
 {
     chip.learn_limits.system = 0;

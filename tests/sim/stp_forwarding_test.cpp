@@ -90,6 +90,29 @@ TEST(StpForwarding, WhatTheCpuSendsThroughAPortLeavesInEveryState)
     }
 }
 
+TEST(StpForwarding, TheCpuPortForwardsInEveryState)
+{
+    for (const State& row : kStates) {
+        Groups card;
+        EXPECT_EQ(card.chip.stgs.set(1, kCpuPort, static_cast<int>(row.state)), 0);
+        EXPECT_EQ(card.send_from_cpu(kData.tag(10)), "1:v10 2:v10 3:v10")
+            << stp_state_name(row.state);
+    }
+}
+
+TEST(StpForwarding, ATraceNamesTheStateAndTheGroup)
+{
+    const char* names[] = {"disabled", "blocking", "listening", "learning", "forwarding"};
+    for (const State& row : kStates) {
+        Groups card;
+        card.set(2, row.state);
+        const std::string text =
+            trace_frame(card.chip, card.cpu, 1, kData.tag(20), card.names).text;
+        const std::string name = names[static_cast<std::size_t>(row.state)];
+        EXPECT_NE(text.find("the port is " + name + " in group 2\n"), std::string::npos) << text;
+    }
+}
+
 TEST(StpForwarding, WithoutTheTrapABpduIsData)
 {
     for (const State& row : kStates) {
