@@ -35,6 +35,27 @@ bool is_better(const FieldHit& a, const FieldHit& b)
 
 } // namespace
 
+void FieldTuple::Node::insert(const FieldHit& hit)
+{
+    FieldHit worse = hit;
+    if (best.entry == nullptr || hit.beats(best))
+        std::swap(best, worse);
+    if (worse.entry != nullptr)
+        others.insert(std::upper_bound(others.begin(), others.end(), worse, is_better), worse);
+}
+
+bool FieldTuple::Node::erase(const FieldHit& hit)
+{
+    if (hit.id != best.id) {
+        others.erase(std::lower_bound(others.begin(), others.end(), hit, is_better));
+        return false;
+    }
+    best = others.empty() ? FieldHit() : others.front();
+    if (!others.empty())
+        others.erase(others.begin());
+    return best.entry == nullptr;
+}
+
 FieldTuple::FieldTuple(std::vector<FieldPart> parts)
     : parts_(std::move(parts)), buckets_(kFirstBuckets, kNone)
 {
@@ -46,18 +67,16 @@ void FieldTuple::insert(const FieldPattern& pattern, const FieldHit& hit)
     std::uint32_t node = find_node(hash, pattern.key.data());
     if (node == kNone)
         node = add_node(hash, pattern);
-    auto& hits = nodes_[node].hits;
-    hits.insert(std::upper_bound(hits.begin(), hits.end(), hit, is_better), hit);
+    nodes_[node].insert(hit);
 }
 
 void FieldTuple::erase(const FieldPattern& pattern, const FieldHit& hit)
 {
     const std::uint32_t node = find_node(hash_of(pattern.key), pattern.key.data());
-    auto& hits = nodes_[node].hits;
-    hits.erase(std::lower_bound(hits.begin(), hits.end(), hit, is_better));
-    if (!hits.empty())
+    if (!nodes_[node].erase(hit))
         return;
     unlink(node);
+    nodes_[node] = {};
     free_.push_back(node);
 }
 
@@ -74,7 +93,7 @@ const FieldHit* FieldTuple::find(const FieldValues& values) const
         hash = add_to_hash(hash, key[count++]);
     }
     const std::uint32_t node = find_node(hash, key.data());
-    return node != kNone ? &nodes_[node].hits.front() : nullptr;
+    return node != kNone ? &nodes_[node].best : nullptr;
 }
 
 bool FieldTuple::has_key(std::uint32_t node, const std::uint64_t* key) const
@@ -127,7 +146,7 @@ void FieldTuple::grow()
 {
     buckets_.assign(buckets_.size() * 2, kNone);
     for (std::uint32_t node = 0; node < nodes_.size(); ++node) {
-        if (!nodes_[node].hits.empty())
+        if (nodes_[node].best.entry != nullptr)
             link(node);
     }
 }

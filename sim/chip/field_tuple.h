@@ -26,11 +26,16 @@ public:
 private:
     static constexpr std::uint32_t kNone = 0xffffffff;
 
-    /// All entries with one key.
+    /// All entries with one key, which few others have.
     struct Node {
-        std::uint64_t hash;
-        std::uint32_t next;         ///< in the same bucket
-        std::vector<FieldHit> hits; ///< the best one first
+        std::uint64_t hash = 0;
+        std::uint32_t next = kNone;   ///< in the same bucket
+        FieldHit best;                ///< without an entry while the node is free
+        std::vector<FieldHit> others; ///< the best one first
+
+        void insert(const FieldHit& hit);
+        /// @return whether it was the last.
+        bool erase(const FieldHit& hit);
     };
     std::size_t bucket_of(std::uint64_t hash) const
     {
