@@ -127,9 +127,12 @@ const char* flood_name(FloodClass kind)
 
 } // namespace
 
+/// No entry meets such a frame, so none takes it past a spanning tree that stops it.
 Step stage::source(const Chip&, Packet& p)
 {
-    return is_multicast(p.src) ? drop(DropReason::source_multicast) : next();
+    if (!is_multicast(p.src)) [[likely]]
+        return next();
+    return drop(p.stp_refusal != DropReason::kNone ? p.stp_refusal : DropReason::source_multicast);
 }
 
 /// A static entry elsewhere does not move: its address stays a stranger to this port.

@@ -29,18 +29,16 @@ MirrorForm plain_form(const Chip& chip, const Packet& p)
     return chip.mirrors.as_received() || p.vid == 0 ? MirrorForm::kReceived : MirrorForm::kTagged;
 }
 
-MirrorForm egress_form(const Chip& chip, const Packet& p, int port)
+bool is_true_egress(const Chip& chip, int port)
 {
-    if ((chip.mirrors.of(port).flags & BCM_MIRROR_PORT_EGRESS_TRUE) == 0)
-        return plain_form(chip, p);
-    return p.untagged.test(port) && port != kCpuPort ? MirrorForm::kUntagged : MirrorForm::kTagged;
+    return (chip.mirrors.of(port).flags & BCM_MIRROR_PORT_EGRESS_TRUE) != 0;
 }
 
-/// The copy has the changes that field entries make.
-bool is_as_sent(const Packet& p, const MirrorCopy& copy)
+MirrorForm egress_form(const Chip& chip, const Packet& p, int port)
 {
-    return p.edited() && copy.egress && copy.source != kCpuPort &&
-           copy.form != MirrorForm::kReceived;
+    if (!is_true_egress(chip, port))
+        return plain_form(chip, p);
+    return p.untagged.test(port) && port != kCpuPort ? MirrorForm::kUntagged : MirrorForm::kTagged;
 }
 
 /// What a port's frame_max is compared with.
@@ -48,8 +46,7 @@ std::size_t limited_size(const Packet& p, const MirrorCopy& copy)
 {
     const MirrorForm form = copy.form;
     bool plain = form == MirrorForm::kUntagged || (form == MirrorForm::kReceived && !p.tagged);
-    return plain ? p.untagged_size()
-                 : p.tagged_size() - (is_as_sent(p, copy) ? deleted_bytes(p) : 0);
+    return plain ? p.untagged_size() : p.tagged_size() - (copy.edited ? deleted_bytes(p) : 0);
 }
 
 DropReason why_lost(const Chip& chip, const Packet& p, const MirrorCopy& copy)
@@ -76,7 +73,7 @@ void for_each_mirrored(const Chip& chip, const Packet& p, Found found)
 FrameView form_of(const Packet& p, const MirrorCopy& copy, Outputs& outputs)
 {
     const MirrorForm form = copy.form;
-    if (is_as_sent(p, copy))
+    if (copy.edited)
         return sent_form(p, form == MirrorForm::kTagged, outputs.arena);
     if (form == MirrorForm::kReceived || (form == MirrorForm::kUntagged && !p.tagged) ||
         (form == MirrorForm::kTagged && has_right_tag(p)))
@@ -128,6 +125,7 @@ std::vector<MirrorCopy> mirror_copies(const Chip& chip, const Packet& p)
         if (copy.destination == kCpuPort)
             return;
         copy.form = egress ? egress_form(chip, p, source) : plain_form(chip, p);
+        copy.edited = p.edited() && egress && is_true_egress(chip, source) && source != kCpuPort;
         copy.lost = why_lost(chip, p, copy);
         copies.push_back(copy);
     });

@@ -1,5 +1,7 @@
 // Field entries decide where frames go.
+#include <bcm/l2.h>
 #include <bcm/rx.h>
+#include <bcmx/trunk.h>
 
 #include "tests/sim/field_path.h"
 
@@ -103,6 +105,40 @@ TEST_F(FieldForwarding, MasksPortsOutOfWhateverTheFrameWouldReach)
     EXPECT_EQ(send(4, frame), "drop:field_no_port");
 }
 
+TEST_F(FieldForwarding, MasksTheCpuPortLikeAnyOther)
+{
+    chip.vlans.add_ports(1, {kCpuPort}, {});
+    for (int port : {1, 2, 3, 4})
+        chip.flood_block.set(port, kCpuPort, 0);
+    EXPECT_EQ(send(1, frame), "2 3 4 cpu");
+    const int id = entry(kToHostB, {act_on(bcmFieldActionEgressMask, {kCpuPort, 3})});
+    EXPECT_EQ(send(1, frame), "2 4") << "of a flood";
+    MacEntry at_cpu;
+    at_cpu.key = mac_key(kHostB, 1);
+    at_cpu.port = kCpuPort;
+    at_cpu.flags = BCM_L2_STATIC;
+    ASSERT_EQ(chip.macs.add(at_cpu, false, 0), 0);
+    EXPECT_EQ(send(1, frame), "drop:field_no_port") << "where the MAC table sends it";
+    EXPECT_EQ(chip.field.add_action(id, redirect({kCpuPort, 4})), 0);
+    EXPECT_EQ(chip.field.install(id), 0);
+    EXPECT_EQ(send(1, frame), "4") << "of the entry's own list";
+    EXPECT_EQ(chip.field.add_action(id, kTrapIt), 0);
+    EXPECT_EQ(chip.field.install(id), 0);
+    EXPECT_EQ(send(1, frame), "cpu") << "a trap is no port";
+}
+
+TEST_F(FieldForwarding, TrunkMembersInAListEachSendButNeverBackToTheTrunk)
+{
+    chip.trunks.create_id(7);
+    ASSERT_EQ(chip.trunks.set(7, {true, BCM_TRUNK_PSC_SRCDSTMAC, {2, 3}, -1, -1, -1}), 0);
+    entry(kToHostB, {redirect({1, 2, 3})});
+    EXPECT_EQ(send(4, frame), "1 2 3");
+    EXPECT_EQ(send(1, frame), "2 3");
+    EXPECT_EQ(send(2, frame), "1");
+    EXPECT_EQ(send(3, frame), "1");
+    EXPECT_EQ(send(4, TestFrame(kBroadcastMac, kHostA)), "1 2") << "of a flood only one does";
+}
+
 TEST_F(FieldForwarding, LoopsBackToThePortItCameFrom)
 {
     entry(kToHostB, {act(bcmFieldActionLoopback)});
@@ -132,6 +168,19 @@ TEST_F(FieldForwarding, BypassesAPortThatOnlyLearnsAndLetsItLearn)
     EXPECT_EQ(send(1, frame), "2 3 4");
     EXPECT_EQ(send(1, TestFrame(kHostC, kHostA)), "drop:stp_learning");
     EXPECT_NE(chip.macs.find(mac_key(kHostA, 1)), nullptr);
+}
+
+TEST_F(FieldForwarding, AMulticastSourceIsStoppedForTheSameReasonWithEntriesAndWithout)
+{
+    const TestFrame from_group(kHostB, kGroup);
+    for (const StpState state : {StpState::kBlock, StpState::kLearn, StpState::kForward}) {
+        chip.stgs.set(1, 1, static_cast<int>(state));
+        const std::string reason = send(1, from_group);
+        const int id = entry(kToHostB, {act(bcmFieldActionBypassStp)});
+        EXPECT_EQ(send(1, from_group), reason);
+        EXPECT_EQ(counted(id), 0u);
+        EXPECT_EQ(chip.field.destroy_entry(id), 0);
+    }
 }
 
 TEST_F(FieldForwarding, BlockedPortsDoNotLearnWhatBypassesSpanningTree)

@@ -1,5 +1,5 @@
 // What the search finds is what looking at every entry finds, whatever comes and goes.
-#include <optional>
+#include <map>
 #include <random>
 
 #include "tests/sim/field_path.h"
@@ -8,36 +8,149 @@ namespace vexosim {
 
 namespace {
 
-constexpr int kGroups = 3;
+constexpr FieldUdf kUdfs[] = {{0, 1}, {0x380, 0}, {0x388, 2}, {0x80, 3}, {0, 4}};
+
+constexpr int udf(int id)
+{
+    return FieldMatch::kUdf + id;
+}
+
+/// What each group may match.
+const std::vector<int> kSets[] = {
+    {bcmFieldQualifySrcMac, bcmFieldQualifyDstMac},
+    {bcmFieldQualifySrcIp, bcmFieldQualifyDstIp, bcmFieldQualifyL4SrcPort, bcmFieldQualifyL4DstPort,
+     bcmFieldQualifyIpProtocol, bcmFieldQualifyTos, bcmFieldQualifyIpType},
+    {udf(0), udf(1), udf(2), udf(3), udf(4)},
+    {bcmFieldQualifyInPort, bcmFieldQualifyOuterVlanId, bcmFieldQualifyOuterVlanPri,
+     bcmFieldQualifyEtherType, bcmFieldQualifySrcMac, udf(0), udf(3)},
+};
+constexpr int kGroups = std::size(kSets);
+
+int bits_of(int field)
+{
+    switch (field) {
+    case bcmFieldQualifySrcMac:
+    case bcmFieldQualifyDstMac:
+        return 48;
+    case bcmFieldQualifyOuterVlanId:
+        return 12;
+    case bcmFieldQualifyOuterVlanPri:
+        return 3;
+    case bcmFieldQualifyL4SrcPort:
+    case bcmFieldQualifyL4DstPort:
+    case bcmFieldQualifyEtherType:
+        return 16;
+    case bcmFieldQualifySrcIp:
+    case bcmFieldQualifyDstIp:
+        return 32;
+    default:
+        return field >= FieldMatch::kUdf ? 32 : 8;
+    }
+}
+
+/// A frame as the field processor sees it, in terms of its own.
+struct Seen {
+    std::map<int, std::uint64_t> fields;
+    Frame bytes;
+    unsigned tags = 0;
+    std::uint32_t kind = 0;
+
+    FieldValues values() const
+    {
+        FieldValues result;
+        result.frame = bytes;
+        result.tags = tags;
+        result.kind = kind;
+        for (const auto& [field, value] : fields)
+            result.set(field, value);
+        return result;
+    }
+    bool agrees(const FieldMatch& m) const
+    {
+        if (m.mask == 0)
+            return true;
+        if (m.field >= FieldMatch::kUdf)
+            return agrees(m, kUdfs[m.field - FieldMatch::kUdf]);
+        const auto field = fields.find(m.field);
+        return field != fields.end() && ((field->second ^ m.data) & m.mask) == 0;
+    }
+
+private:
+    bool agrees(const FieldMatch& m, const FieldUdf& where) const
+    {
+        if (where.flags != 0 &&
+            (tags != (where.flags & 8) / 8 || (where.flags & kind & 0x380) == 0))
+            return false;
+        for (int i = 0; i < 4; ++i) {
+            const auto data = static_cast<std::uint8_t>(m.data >> (24 - 8 * i));
+            const auto mask = static_cast<std::uint8_t>(m.mask >> (24 - 8 * i));
+            const long at = 4 * static_cast<long>(where.word) - 2 + i;
+            const bool there = at >= 0 && at < static_cast<long>(bytes.size());
+            if (mask != 0 && (!there || ((bytes[static_cast<std::size_t>(at)] ^ data) & mask) != 0))
+                return false;
+        }
+        return true;
+    }
+};
 
 struct FieldSearching : FieldPath {
     FieldSearching()
     {
-        for (int priority : {1, 2, 2})
-            groups.push_back(group({bcmFieldQualifySrcMac, bcmFieldQualifyDstMac}, priority));
+        for (int id = 0; id < static_cast<int>(std::size(kUdfs)); ++id)
+            EXPECT_EQ(chip.field.create_udf(id, kUdfs[id]), 0);
+        for (std::size_t i = 0; i < kGroups; ++i) {
+            FieldSet set;
+            for (int field : kSets[i]) {
+                const bool user = field >= FieldMatch::kUdf;
+                if (user)
+                    set.udfs.set(static_cast<std::size_t>(field - FieldMatch::kUdf));
+                else
+                    set.fields.set(static_cast<std::size_t>(field));
+            }
+            int id = 0;
+            EXPECT_EQ(chip.field.create_group(set, i == 0 ? 1 : 2, &id), 0);
+            groups.push_back(id);
+        }
     }
 
     std::size_t pick(std::size_t below) { return static_cast<std::size_t>(random() % below); }
-    std::uint64_t some_mask()
+    /// Low bits, the top bit, both or, of user-defined fields, small bytes.
+    std::uint64_t some_value(int field)
     {
-        static constexpr std::uint64_t kMasks[] = {0, 1, 2, 3, 0x10, 0x13, 0xff, 0xffffffffffff};
-        return kMasks[pick(std::size(kMasks))];
+        if (field == bcmFieldQualifyIpType)
+            return 8 + pick(2);
+        if (field >= FieldMatch::kUdf)
+            return pick(3) << 24 | pick(3) << 16 | pick(3) << 8 | pick(3);
+        return pick(bits_of(field) < 8 ? 4 : 32) | std::uint64_t{pick(2)} << (bits_of(field) - 1);
+    }
+    std::uint64_t some_mask(int field)
+    {
+        const std::uint64_t all = ~std::uint64_t{0} >> (64 - bits_of(field));
+        const std::uint64_t masks[] = {
+            0,       1,  2, 3, 0x10, 0x13, 0xff, 0xff00, 0xff0000, 0x01ff0000, all ^ (all >> 1),
+            all ^ 1, all};
+        return masks[pick(std::size(masks))] & all;
     }
 
     /// Adds an entry that is installed.
     void add()
     {
-        const int g = groups[pick(kGroups)];
+        const std::size_t g = pick(kGroups);
         int id = 0;
-        ASSERT_EQ(chip.field.create_entry(g, &id), 0);
+        ASSERT_EQ(chip.field.create_entry(groups[g], &id), 0);
         requalify(id);
         ASSERT_EQ(chip.field.install(id), 0);
         ids.push_back(id);
     }
     void requalify(int id)
     {
-        chip.field.qualify(id, {bcmFieldQualifySrcMac, pick(32), some_mask()});
-        chip.field.qualify(id, {bcmFieldQualifyDstMac, pick(32), some_mask()});
+        const auto g = static_cast<std::size_t>(
+            std::ranges::find(groups, chip.field.find(id)->group) - groups.begin());
+        for (int field : kSets[g]) {
+            const FieldMatch match{field, some_value(field), some_mask(field)};
+            const bool wanted = pick(3) != 0;
+            ASSERT_EQ(wanted ? chip.field.qualify(id, match) : 0, 0);
+        }
         chip.field.set_priority(id, static_cast<int>(pick(4)));
     }
     void change()
@@ -61,34 +174,42 @@ struct FieldSearching : FieldPath {
         }
     }
 
-    static bool agrees(const FieldRule& rule, std::uint64_t src, std::uint64_t dst)
+    /// Fields are absent now and then, and the frame ends in the middle of words.
+    Seen some_frame()
     {
-        return std::ranges::all_of(rule.matches, [&](const FieldMatch& m) {
-            const std::uint64_t value = m.field == bcmFieldQualifySrcMac ? src : dst;
-            return ((value ^ m.data) & m.mask) == 0;
-        });
+        Seen seen;
+        for (const auto& set : kSets) {
+            for (int field : set) {
+                if (field < FieldMatch::kUdf && pick(8) != 0)
+                    seen.fields[field] = some_value(field);
+            }
+        }
+        seen.bytes.resize(pick(24));
+        for (std::uint8_t& byte : seen.bytes)
+            byte = static_cast<std::uint8_t>(pick(3));
+        seen.tags = static_cast<unsigned>(pick(3));
+        seen.kind = 0x80u << pick(3);
+        return seen;
     }
     /// The best entry of a group by looking at all; 0 when none matches.
-    int expected(int g, std::uint64_t src, std::uint64_t dst) const
+    int expected(int g, const Seen& seen) const
     {
         int best = 0, priority = 0;
         for (const auto& [id, e] : chip.field.entries()) {
-            if (e.group != g || !e.installed || !agrees(*e.installed, src, dst) ||
-                (best != 0 && e.priority <= priority))
+            const auto agrees = [&](const FieldMatch& m) { return seen.agrees(m); };
+            if (e.group != g || !e.installed || (best != 0 && e.priority <= priority) ||
+                !std::ranges::all_of(e.installed->matches, agrees))
                 continue;
             best = id;
             priority = e.priority;
         }
         return best;
     }
-    static int found(const FieldTable& table, int g, std::uint64_t src, std::uint64_t dst)
+    static int found(const FieldTable& table, int g, const Seen& seen)
     {
-        FieldValues values;
-        values.set(bcmFieldQualifySrcMac, src);
-        values.set(bcmFieldQualifyDstMac, dst);
         for (const FieldGroupSearch& search : table.search().groups()) {
             if (search.id() == g) {
-                const FieldHit* hit = search.find(values);
+                const FieldHit* hit = search.find(seen.values());
                 return hit != nullptr ? hit->id : 0;
             }
         }
@@ -97,21 +218,24 @@ struct FieldSearching : FieldPath {
     void check(const FieldTable& table)
     {
         for (int i = 0; i < 8; ++i) {
-            const std::uint64_t src = pick(32), dst = pick(32);
-            for (int g : groups)
-                ASSERT_EQ(found(table, g, src, dst), expected(g, src, dst))
-                    << g << ": " << src << " " << dst;
+            const Seen seen = some_frame();
+            for (std::size_t g = 0; g < kGroups; ++g) {
+                const int wanted = expected(groups[g], seen);
+                ASSERT_EQ(found(table, groups[g], seen), wanted) << "group " << groups[g];
+                ++(wanted != 0 ? hits : misses)[g];
+            }
         }
     }
 
     std::mt19937_64 random{1};
     std::vector<int> groups;
     std::vector<int> ids;
+    std::array<int, kGroups> hits{}, misses{};
 };
 
 TEST_F(FieldSearching, FindsTheBestEntryOfEachGroup)
 {
-    for (std::size_t most : {40u, 1500u}) {
+    for (std::size_t most : {60u, 1500u}) {
         for (int i = 0; i < 4000; ++i) {
             if (ids.size() < most)
                 add();
@@ -128,19 +252,21 @@ TEST_F(FieldSearching, FindsTheBestEntryOfEachGroup)
             check(chip.field);
     }
     EXPECT_TRUE(chip.field.search().empty());
+    for (std::size_t g = 0; g < kGroups; ++g) {
+        EXPECT_GT(hits[g], 50) << "group " << groups[g];
+        EXPECT_GT(misses[g], 50) << "group " << groups[g];
+    }
 }
 
 TEST_F(FieldSearching, ACopyFindsItsOwnEntries)
 {
     for (int i = 0; i < 200; ++i)
         add();
+    entry(groups[1], {}, {});
     FieldTable copy = chip.field;
     EXPECT_EQ(copy, chip.field);
     check(copy);
-    FieldValues nothing;
-    nothing.set(bcmFieldQualifySrcMac, 0);
-    nothing.set(bcmFieldQualifyDstMac, 0);
-    const FieldHit* hit = copy.search().groups()[0].find(nothing);
+    const FieldHit* hit = copy.search().groups()[0].find(FieldValues());
     ASSERT_NE(hit, nullptr);
     EXPECT_EQ(hit->entry, copy.find(hit->id)) << "not the original's";
     const FieldTable moved = std::move(copy);
@@ -156,7 +282,7 @@ TEST_F(FieldSearching, GroupsAreAskedByPriorityAndThenById)
     std::vector<int> order;
     for (const FieldGroupSearch& search : chip.field.search().groups())
         order.push_back(search.id());
-    EXPECT_EQ(order, (std::vector<int>{2, 3, 1}));
+    EXPECT_EQ(order, (std::vector<int>{2, 3, 4, 1}));
 }
 
 } // namespace
