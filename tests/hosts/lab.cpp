@@ -80,7 +80,8 @@ std::uint64_t Lab::counter(int port, const std::string& name)
 
 bool reaches(const Host& host, const std::string& address)
 {
-    return host.run("ping -q -c 1 -i 0.2 -w 20 " + address).status == 0;
+    // An address that could not be resolved a moment ago ends a ping at once.
+    return comes_true([&] { return host.run("ping -q -c 1 -i 0.2 -w 20 " + address).status == 0; });
 }
 
 bool reaches_at_once(const Host& host, const std::string& address)

@@ -13,14 +13,13 @@
 
 namespace {
 
-constexpr std::uint16_t kPort = 7000;
 constexpr int kPatience = 20; // seconds
 
 sockaddr_in address_of(const std::string& address)
 {
     sockaddr_in result{};
     result.sin_family = AF_INET;
-    result.sin_port = htons(kPort);
+    result.sin_port = htons(Transfer::kPort);
     inet_pton(AF_INET, address.c_str(), &result.sin_addr);
     return result;
 }

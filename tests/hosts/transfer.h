@@ -12,6 +12,8 @@
 /// it.
 class Transfer {
 public:
+    static constexpr std::uint16_t kPort = 7000; ///< of TCP, at the receiver
+
     /// @param address the receiver's, e.g. "192.0.2.2".
     Transfer(const Host& sender, const Host& receiver, const std::string& address);
     Transfer(const Transfer&) = delete;
