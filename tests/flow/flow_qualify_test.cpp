@@ -1,11 +1,35 @@
-// The qualifiers of a flow's entry: their order, their lines and the calls.
+// The records that callers fill, and the qualifiers of a flow's entry: their order, their lines and
+// the calls.
 #include <bcmx/field.h>
+
+#include <cstddef>
 
 #include "flow/field_qset.h"
 #include "flow/flow_entry.h"
 #include "tests/flow/flow_fixture.h"
 
 namespace {
+
+// Callers are built apart from the driver: the records' layout is part of the interface.
+static_assert(offsetof(of_flow_mp_s, port) == 0 && offsetof(of_flow_mp_s, src_mac) == 8 &&
+              offsetof(of_flow_mp_s, dst_mac) == 14 && offsetof(of_flow_mp_s, ether_type) == 20 &&
+              offsetof(of_flow_mp_s, vlan_id) == 22 && offsetof(of_flow_mp_s, vlan_pri) == 24 &&
+              offsetof(of_flow_mp_s, src_ip) == 28 && offsetof(of_flow_mp_s, src_ip_mask) == 32 &&
+              offsetof(of_flow_mp_s, dst_ip) == 36 && offsetof(of_flow_mp_s, dst_ip_mask) == 40);
+static_assert(offsetof(of_flow_mp_s, l4_src_port) == 44 &&
+              offsetof(of_flow_mp_s, l4_dst_port) == 46 &&
+              offsetof(of_flow_mp_s, ip_protocol) == 48 && offsetof(of_flow_mp_s, tos) == 50 &&
+              offsetof(of_flow_mp_s, flags) == 52 && sizeof(of_flow_mp_s) == 56);
+static_assert(offsetof(of_flow_qualify_udf_s, offset) == 0 &&
+              offsetof(of_flow_qualify_udf_s, length) == 4 &&
+              offsetof(of_flow_qualify_udf_s, data) == 8 &&
+              offsetof(of_flow_qualify_udf_s, mask) == 8 + sizeof(void*));
+static_assert(offsetof(of_action_param_s, type) == 0 && offsetof(of_action_param_s, value) == 4 &&
+              offsetof(of_action_param_s, value.number) == 4 &&
+              offsetof(of_action_param_s, value.mac) == 4 && sizeof(of_action_param_s) == 12);
+static_assert(offsetof(bcm_udf_s, udf_id) == 0 && offsetof(bcm_udf_s, offset) == 4 &&
+              offsetof(bcm_udf_s, data) == 8 && offsetof(bcm_udf_s, mask) == 12 &&
+              sizeof(bcm_udf_s) == 16);
 
 /// A flow with a value for everything and no flag.
 of_flow_mp_s full_flow(unsigned flags)
