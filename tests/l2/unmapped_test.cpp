@@ -61,6 +61,20 @@ TEST(Unmapped, ASweepStopsThereAndIsFalse)
     EXPECT_EQ(lines(calls_made()), 2u);
 }
 
+TEST(Unmapped, ASweepThatStopsAtItsFirstPortIsFalseWithoutACall)
+{
+    VexoBcmSdk& sdk = driver_with_log();
+    unmapped = 1;
+    for (const bool before : {true, false}) {
+        bool state = before;
+        EXPECT_FALSE(sdk.set_port_l2_enable(port(5), before));
+        EXPECT_FALSE(sdk.set_port_egress_admin_state(port(5), before));
+        EXPECT_FALSE(sdk.get_port_egress_admin_state(port(5), state));
+        EXPECT_EQ(state, before);
+    }
+    EXPECT_EQ(calls_made(), "");
+}
+
 TEST(Unmapped, AnOpenPortBeforeItDecidesTheEgressState)
 {
     VexoBcmSdk& sdk = driver_with_log();
