@@ -2,6 +2,8 @@
 // 20 in group 2; ports 1 to 3 are in both.
 #include <bcm/error.h>
 
+#include <functional>
+
 #include "path.h"
 
 namespace vexosim {
@@ -145,6 +147,27 @@ TEST(StpForwarding, AVlanThatChangesItsGroupMeetsTheStatesThere)
     EXPECT_EQ(card.send(1, kData.tag(10)), "2:v10 3:v10");
     EXPECT_EQ(card.chip.vlans.set_group(10, 2), 0);
     EXPECT_EQ(card.send(1, kData.tag(10)), "drop:stp_blocking");
+}
+
+// The digest is how a run that shall change nothing is known to have changed nothing.
+TEST(ChipDigest, TellsSpanningTreeMirrorsAndLearningLimits)
+{
+    const std::function<void(Chip&)> changes[] = {
+        [](Chip& chip) { chip.stgs.set(1, 1, 1); },
+        [](Chip& chip) { chip.stgs.set(255, 53, 2); },
+        [](Chip& chip) { chip.mirrors.set(1, 2, 0x3); },
+        [](Chip& chip) { chip.mirrors.set_format(1); },
+        [](Chip& chip) { chip.learn_limits.system = 1; },
+        [](Chip& chip) { chip.learn_limits.by_vlan[1] = 1; },
+        [](Chip& chip) { chip.learn_limits.by_port[1] = 1; },
+        [](Chip& chip) { chip.learn_limits.by_trunk[1] = 1; },
+    };
+    Chip chip;
+    for (const auto& change : changes) {
+        const std::uint64_t before = chip.digest();
+        change(chip);
+        EXPECT_NE(chip.digest(), before) << &change - changes;
+    }
 }
 
 TEST(VlanGroups, AreOneTo255OfVlansThatExist)

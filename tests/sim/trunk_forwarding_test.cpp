@@ -92,6 +92,20 @@ TEST_F(Trunks, WhatAPortLearnedBeforeItJoinedMovesToTheTrunk)
     EXPECT_EQ(at(kHostC), "port 4");
 }
 
+TEST_F(Trunks, TrunkZeroIsOneLikeAnyOther)
+{
+    chip.trunks.create_id(0);
+    ASSERT_EQ(chip.trunks.set(0, {true, 3, {2, 3}, -1, -1, -1}), 0);
+    place(kHostA, 2, 0);
+    std::string text = trace_frame(chip, cpu, 2, kAToB, names).text;
+    EXPECT_NE(text.find("; moves here, on trunk 0\n"), std::string::npos) << text;
+    send(2, kAToB);
+    EXPECT_EQ(at(kHostA), "trunk 0");
+    chip.learn_limits.by_trunk[0] = 1;
+    send(3, TestFrame(kHostB, kHostC));
+    EXPECT_EQ(at(kHostC), "unknown");
+}
+
 TEST_F(Trunks, VlanDiscardAndSpanningTreeAreThoseOfThePort)
 {
     chip.ports.set_discard(5, 1);
