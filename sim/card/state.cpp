@@ -69,6 +69,18 @@ TextTable l3_routes_table()
     return l3_routes_table(*chip, port_names());
 }
 
+TextTable field_groups_table()
+{
+    const ChipLock chip;
+    return field_groups_table(*chip);
+}
+
+TextTable field_entries_table()
+{
+    const ChipLock chip;
+    return field_entries_table(*chip, port_names());
+}
+
 TextTable counters_table()
 {
     const ChipLock chip;

@@ -120,4 +120,9 @@ int FieldTable::check_udf(int id) const
     return udfs_[static_cast<std::size_t>(id)] ? BCM_E_NONE : BCM_E_NOT_FOUND;
 }
 
+const FieldUdf* FieldTable::find_udf(int id) const
+{
+    return check_udf(id) == BCM_E_NONE ? &*udfs_[static_cast<std::size_t>(id)] : nullptr;
+}
+
 } // namespace vexosim

@@ -50,15 +50,6 @@ constexpr Action kActions[] = {
     {bcmFieldActionDstMacNew, ActionKind::mac, kAny},
 };
 
-int bits_of(int field)
-{
-    if (field >= FieldMatch::kUdf)
-        return 32;
-    const auto known = std::find_if(std::begin(kFields), std::end(kFields),
-                                    [field](const Field& f) { return f.field == field; });
-    return known != std::end(kFields) ? known->bits : 0;
-}
-
 const Action* find_action(int action)
 {
     const auto known = std::find_if(std::begin(kActions), std::end(kActions),
@@ -68,19 +59,28 @@ const Action* find_action(int action)
 
 } // namespace
 
+int width_of(int field)
+{
+    if (field >= FieldMatch::kUdf)
+        return 32;
+    const auto known = std::find_if(std::begin(kFields), std::end(kFields),
+                                    [field](const Field& f) { return f.field == field; });
+    return known != std::end(kFields) ? known->bits : 0;
+}
+
 bool is_valid(const FieldMatch& match)
 {
     if (match.field == bcmFieldQualifyIpType && match.data != BCM_FIELD_IP_TYPE_IP_PROTOCOL &&
         match.data != BCM_FIELD_IP_TYPE_ARP)
         return false;
-    const std::uint64_t beyond = ~((std::uint64_t{1} << bits_of(match.field)) - 1);
+    const std::uint64_t beyond = ~((std::uint64_t{1} << width_of(match.field)) - 1);
     return (match.data & beyond) == 0 && (match.mask & beyond) == 0;
 }
 
 bool is_valid(const FieldSet& set)
 {
     for (std::size_t field = 0; field < set.fields.size(); ++field) {
-        if (set.fields[field] && bits_of(static_cast<int>(field)) == 0)
+        if (set.fields[field] && width_of(static_cast<int>(field)) == 0)
             return false;
     }
     return true;

@@ -4,6 +4,9 @@
 
 namespace vexosim {
 
+/// How many bits a field's values have; 0 for a field that does not exist.
+int width_of(int field);
+
 /// Whether the field exists, and data and mask are values that it can have.
 bool is_valid(const FieldMatch& match);
 

@@ -74,6 +74,8 @@ public:
     int destroy_udf(int id);
     /// 0, NOT_FOUND or PARAM.
     int check_udf(int id) const;
+    /// Null when absent.
+    const FieldUdf* find_udf(int id) const;
 
     /// Null when absent; valid until the table changes.
     const FieldEntry* find(int id) const;

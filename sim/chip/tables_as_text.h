@@ -16,6 +16,8 @@ TextTable vlan_rules_table(const Chip& chip, const PortNames& names);
 TextTable l3_interfaces_table(const Chip& chip);
 TextTable l3_hosts_table(const Chip& chip, const PortNames& names);
 TextTable l3_routes_table(const Chip& chip, const PortNames& names);
+TextTable field_groups_table(const Chip& chip);
+TextTable field_entries_table(const Chip& chip, const PortNames& names);
 TextTable counters_table(const Chip& chip, const PortNames& names);
 TextTable port_counters_table(const Chip& chip, int chip_port, bool all = false);
 TextTable drops_table(const Chip& chip);

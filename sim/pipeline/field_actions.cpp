@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "sim/chip/text.h"
+#include "sim/chip/field_text.h"
 #include "sim/pipeline/recorder.h"
 
 namespace vexosim {
@@ -94,41 +94,6 @@ bool apply(FieldVerdict& v, const FieldAction& action, FieldPlace place)
     return true;
 }
 
-std::string describe(const FieldAction& action, const PortNames& names)
-{
-    const std::string number = std::to_string(action.param0);
-    switch (action.action) {
-    case bcmFieldActionOuterVlanPrioNew:
-        return "priority " + number;
-    case bcmFieldActionTosNew:
-        return "TOS 0x" + hex_text(action.param0, 2);
-    case bcmFieldActionTrapToCpu:
-        return "trap to the CPU";
-    case bcmFieldActionEgressMask:
-        return "not out of " + names.names(action.ports);
-    case bcmFieldActionRedirectPbmp:
-        return "redirect to " + names.names(action.ports);
-    case bcmFieldActionDrop:
-        return "drop";
-    case bcmFieldActionUpdateCounter:
-        return "count";
-    case bcmFieldActionInnerVlanDelete:
-        return "delete the inner tag";
-    case bcmFieldActionOuterVlanNew:
-        return "VLAN " + number;
-    case bcmFieldActionLoopback:
-        return "loop back";
-    case bcmFieldActionBypassStp:
-        return "bypass spanning tree";
-    case bcmFieldActionSrcMacNew:
-        return "source " + mac_text(action.mac);
-    case bcmFieldActionDstMacNew:
-        return "destination " + mac_text(action.mac);
-    default:
-        return "action " + std::to_string(action.action);
-    }
-}
-
 } // namespace
 
 void settle_actions(const Packet& p, FieldVerdict& v)
@@ -140,7 +105,7 @@ void settle_actions(const Packet& p, FieldVerdict& v)
         for (const FieldAction& action : rule.actions) {
             const bool wins = apply(v, action, place);
             explain(p, [&](const PortNames& names) {
-                return "entry " + std::to_string(hit.id) + ": " + describe(action, names) +
+                return "entry " + std::to_string(hit.id) + ": " + action_text(action, names) +
                        (wins ? "" : ", overruled");
             });
         }

@@ -13,7 +13,8 @@ struct TextTable {
     std::vector<std::vector<std::string>> rows;
 
     /// The column heads and the rows, in columns of equal width; numbers stand to the right. Cells
-    /// with commas or blanks are folded so that lines are no longer than 80 characters.
+    /// are folded, behind commas and blanks if possible, so that lines are no longer than 80
+    /// characters.
     std::string text() const;
 };
 
@@ -35,6 +36,13 @@ TextTable l3_hosts_table();
 /// One row for each route, IPv4 first: its network as in "10.0.0.0/8", the address of its next hop
 /// ("-" if it was given none), and as for hosts.
 TextTable l3_routes_table();
+/// One row for each group of the field processor: its id, priority, number of entries, and the
+/// fields that they may match.
+TextTable field_groups_table();
+/// One row for each entry of the field processor: its id, group, priority, state (`installed`;
+/// `changed` since, so that frames still meet it as it was; `out` for one that they do not meet),
+/// packets counted ("-" without a counter), and what it matches and does as last programmed.
+TextTable field_entries_table();
 /// Frames, octets and discards of the ports that have counted any.
 TextTable counters_table();
 /// The SDK's counters of one port by name, all 78 or those that are not 0, and the frames that left
