@@ -40,11 +40,12 @@ TEST(Completion, OffersWhatTheUsageSpellsOutWhereItMayStand)
     EXPECT_EQ(completions({"port", "block", "1", "2", "all"}, "k"), Names{"known-multicast"});
 }
 
-TEST(Help, FoldsLongLinesAtBlanks)
+TEST(Help, FoldsLongLinesAtBlanksAndBehindBars)
 {
     const std::string word(30, 'a');
     EXPECT_EQ(folded(word + " " + word + " " + word, 4), word + " " + word + "\n    " + word);
     EXPECT_EQ(folded(std::string(90, 'a'), 4), std::string(90, 'a'));
+    EXPECT_EQ(folded(word + "|" + word + "|" + word, 4), word + "|" + word + "|\n    " + word);
 }
 
 TEST_F(ShellTest, HelpFitsTheScreenAndTellsOfEveryCommand)
@@ -67,10 +68,15 @@ TEST_F(ShellTest, TablesFitTheScreen)
     run("lag create 4000000000; lag add 0 1,3,5,7,9,11,13,52; send 0 type=0x88b5");
     run("fdb system 02:00:00:00:00:01 1; port storm 1 all 1000000000; mirror from 1 to 2 both");
     run("vlan subnet 2001:db8:1111:2222:3333:4444:5555:6666/128 4000 7");
+    run("trap add arp 255.255.255.255/255.0.255.0; trap add protocol 255");
+    run("flow add match in-port 52 src-mac 02:00:00:00:00:01 src-ip 255.255.255.255/255.0.255.0 "
+        "l4-dst 65535 udf 1000:00112233445566778899aabbccddeeff priority -2147483648 "
+        "action redirect 1,3,5,7,9,11,13,15,17,19,21,23,25,27,29,31,33,35,37,39 vlan 4000");
     for (const Command* command : all_commands()) {
         const std::string words = command->words;
         if (words.starts_with("show ") && words != "show capture") {
-            const std::string table = run(words + (words == "show port" ? " 1" : ""));
+            const bool of_one = words == "show port" || words == "show flow";
+            const std::string table = run(words + (of_one ? " 0" : ""));
             EXPECT_LE(longest_line(table), 80u) << table;
         }
     }

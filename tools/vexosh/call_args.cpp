@@ -1,5 +1,7 @@
 #include "tools/vexosh/call_args.h"
 
+#include <algorithm>
+
 #include "tools/vexosh/call_names.h"
 #include "tools/vexosh/flow_words.h"
 
@@ -182,15 +184,15 @@ void Arg<const of_flow_qualify_udf_s&>::read(std::string_view word, std::string_
         return;
     }
     const std::size_t colon = word.find(':');
-    const std::size_t slash = word.find('/');
-    if (colon == std::string_view::npos || slash == std::string_view::npos || slash < colon) {
+    const std::size_t slash = std::min(word.find('/'), word.size());
+    if (colon == std::string_view::npos || slash < colon) {
         throw BadInput("bad " + std::string(name) + " '" + std::string(word) +
-                       "': OFFSET:DATA/MASK in hexadecimal, or - is wanted");
+                       "': OFFSET:DATA/MASK in hexadecimal, OFFSET:DATA or - is wanted");
     }
     value.offset =
         static_cast<std::uint32_t>(parse_number(word.substr(0, colon), "offset", 0, 16384));
     data = parse_hex(word.substr(colon + 1, slash - colon - 1));
-    mask = parse_hex(word.substr(slash + 1));
+    mask = slash == word.size() ? Bytes(data.size(), 0xff) : parse_hex(word.substr(slash + 1));
     if (data.size() != mask.size()) {
         throw BadInput("bad " + std::string(name) + " '" + std::string(word) +
                        "': data and mask differ in length");

@@ -157,7 +157,8 @@ struct Arg<unsigned char (&)[6]> {
     std::string show() const { return text(std::to_array(mac)); }
 };
 
-/// A byte match of a flow: OFFSET:DATA/MASK in hexadecimal, or - for none.
+/// A byte match of a flow: OFFSET:DATA/MASK in hexadecimal, OFFSET:DATA for an exact one, or - for
+/// none.
 template <>
 struct Arg<const of_flow_qualify_udf_s&> {
     static constexpr bool kInput = true;

@@ -1,7 +1,8 @@
 #include "tools/vexosh/flow_words.h"
 
 #include <algorithm>
-#include <string>
+#include <bit>
+#include <span>
 
 #include "tools/vexosh/input.h"
 
@@ -13,56 +14,130 @@ std::uint16_t number16(std::string_view word, std::string_view what)
     return static_cast<std::uint16_t>(parse_number(word, what, 0, UINT16_MAX));
 }
 
-/// ADDRESS, ADDRESS/LENGTH or ADDRESS/MASK.
-void parse_masked_ip(std::string_view word, std::uint32_t& address, std::uint32_t& mask)
+void set_masked(std::string_view word, std::uint32_t& address, std::uint32_t& mask)
 {
-    const std::size_t slash = word.find('/');
-    address = parse_ip4(word.substr(0, slash));
-    mask = UINT32_MAX;
-    if (slash == std::string_view::npos) {
-        return;
-    }
-    const std::string_view tail = word.substr(slash + 1);
-    if (tail.find('.') != std::string_view::npos) {
-        mask = parse_ip4(tail);
-        return;
-    }
-    const auto length = parse_number(tail, "prefix length", 0, 32);
-    mask = length == 0 ? 0 : UINT32_MAX << (32 - length);
+    const MaskedIp ip = parse_masked_ip(word);
+    address = ip.address;
+    mask = ip.mask;
+}
+
+struct Name {
+    std::string_view name;
+    std::uint16_t number;
+};
+
+constexpr Name kProtocols[] = {{"icmp", 1}, {"igmp", 2}, {"tcp", 6},    {"udp", 17},
+                               {"gre", 47}, {"esp", 50}, {"icmp6", 58}, {"ospf", 89}};
+constexpr Name kEtherTypes[] = {{"ip", 0x0800}, {"arp", 0x0806}, {"ip6", 0x86dd}};
+
+std::uint16_t named_number(std::span<const Name> names, std::string_view word,
+                           std::string_view what, std::int64_t most)
+{
+    const auto known = std::ranges::find(names, word, &Name::name);
+    return known != names.end() ? known->number
+                                : static_cast<std::uint16_t>(parse_number(word, what, 0, most));
 }
 
 using Setter = void (*)(of_flow_mp_s&, std::string_view);
 struct Field {
-    std::string_view name;
+    std::string_view name; ///< as `call` takes it
+    std::string_view word; ///< as commands take it
     std::uint32_t flag;
+    std::uint16_t most; ///< what frames have at most, 0 for what is no plain number
     Setter set;
 };
 
 constexpr Field kFields[] = {
-    {"in_port", 0x0001, [](of_flow_mp_s& f, std::string_view w) { f.port = parse_port(w); }},
-    {"src_mac", 0x0002,
+    {"in_port", "in-port", 0x0001, 0,
+     [](of_flow_mp_s& f, std::string_view w) { f.port = parse_port(w); }},
+    {"src_mac", "src-mac", 0x0002, 0,
      [](of_flow_mp_s& f, std::string_view w) { std::ranges::copy(parse_mac(w), f.src_mac); }},
-    {"dst_mac", 0x0004,
+    {"dst_mac", "dst-mac", 0x0004, 0,
      [](of_flow_mp_s& f, std::string_view w) { std::ranges::copy(parse_mac(w), f.dst_mac); }},
-    {"ether_type", 0x0008,
-     [](of_flow_mp_s& f, std::string_view w) { f.ether_type = number16(w, "ether_type"); }},
-    {"vlan", 0x0010, [](of_flow_mp_s& f, std::string_view w) { f.vlan_id = number16(w, "vlan"); }},
-    {"pri", 0x0020, [](of_flow_mp_s& f, std::string_view w) { f.vlan_pri = number16(w, "pri"); }},
-    {"src_ip", 0x0040,
-     [](of_flow_mp_s& f, std::string_view w) { parse_masked_ip(w, f.src_ip, f.src_ip_mask); }},
-    {"dst_ip", 0x0080,
-     [](of_flow_mp_s& f, std::string_view w) { parse_masked_ip(w, f.dst_ip, f.dst_ip_mask); }},
-    {"sport", 0x0100,
+    {"ether_type", "ether-type", 0x0008, 0,
+     [](of_flow_mp_s& f, std::string_view w) {
+         f.ether_type = named_number(kEtherTypes, w, "ether-type", UINT16_MAX);
+     }},
+    {"vlan", "vlan", 0x0010, 4095,
+     [](of_flow_mp_s& f, std::string_view w) { f.vlan_id = number16(w, "vlan"); }},
+    {"pri", "vlan-priority", 0x0020, 7,
+     [](of_flow_mp_s& f, std::string_view w) { f.vlan_pri = number16(w, "pri"); }},
+    {"src_ip", "src-ip", 0x0040, 0,
+     [](of_flow_mp_s& f, std::string_view w) { set_masked(w, f.src_ip, f.src_ip_mask); }},
+    {"dst_ip", "dst-ip", 0x0080, 0,
+     [](of_flow_mp_s& f, std::string_view w) { set_masked(w, f.dst_ip, f.dst_ip_mask); }},
+    {"sport", "l4-src", 0x0100, UINT16_MAX,
      [](of_flow_mp_s& f, std::string_view w) { f.l4_src_port = number16(w, "sport"); }},
-    {"dport", 0x0200,
+    {"dport", "l4-dst", 0x0200, UINT16_MAX,
      [](of_flow_mp_s& f, std::string_view w) { f.l4_dst_port = number16(w, "dport"); }},
-    {"proto", 0x0400,
-     [](of_flow_mp_s& f, std::string_view w) { f.ip_protocol = number16(w, "proto"); }},
-    {"tos", 0x0800, [](of_flow_mp_s& f, std::string_view w) { f.tos = number16(w, "tos"); }},
-    {"udf", 0x1000, [](of_flow_mp_s&, std::string_view) {}},
+    {"proto", "ip-proto", 0x0400, 0,
+     [](of_flow_mp_s& f, std::string_view w) {
+         f.ip_protocol = named_number(kProtocols, w, "ip-proto", UINT16_MAX);
+     }},
+    {"tos", "tos", 0x0800, 255,
+     [](of_flow_mp_s& f, std::string_view w) { f.tos = number16(w, "tos"); }},
+    {"udf", "udf", 0x1000, 0, [](of_flow_mp_s&, std::string_view) {}},
 };
 
 } // namespace
+
+MaskedIp parse_masked_ip(std::string_view word)
+{
+    const std::size_t slash = word.find('/');
+    MaskedIp ip{parse_ip4(word.substr(0, slash))};
+    if (slash == std::string_view::npos) {
+        return ip;
+    }
+    const std::string_view tail = word.substr(slash + 1);
+    if (tail.find('.') != std::string_view::npos) {
+        ip.mask = parse_ip4(tail);
+        return ip;
+    }
+    const auto length = parse_number(tail, "prefix length", 0, 32);
+    ip.mask = length == 0 ? 0 : UINT32_MAX << (32 - length);
+    return ip;
+}
+
+std::string text(const MaskedIp& ip)
+{
+    const int length = std::countl_one(ip.mask);
+    const bool prefix = std::popcount(ip.mask) == length;
+    return ip4_text(ip.address) + "/" + (prefix ? std::to_string(length) : ip4_text(ip.mask));
+}
+
+unsigned parse_ip_protocol(std::string_view word)
+{
+    return named_number(kProtocols, word, "protocol", UINT8_MAX);
+}
+
+bool is_flow_field(std::string_view word)
+{
+    return std::ranges::find(kFields, word, &Field::word) != std::end(kFields);
+}
+
+void set_flow_field(of_flow_mp_s& flow, std::string_view word, std::string_view value)
+{
+    const auto* field = std::ranges::find(kFields, word, &Field::word);
+    if ((flow.flags & field->flag) != 0) {
+        throw BadInput(std::string(word) + " is given twice");
+    }
+    if (word == "ip-proto") {
+        parse_ip_protocol(value);
+    } else if (field->most != 0) {
+        parse_number(value, word, 0, field->most);
+    }
+    field->set(flow, value);
+    flow.flags |= field->flag;
+}
+
+std::string flow_field_words()
+{
+    std::string words;
+    for (const Field& field : kFields) {
+        words += (words.empty() ? "" : ", ") + std::string(field.word);
+    }
+    return words;
+}
 
 of_flow_mp_s parse_flow(std::string_view word)
 {

@@ -67,6 +67,18 @@ std::vector<std::string> usage_words(const Command& command, std::size_t index)
     return all;
 }
 
+/// Where a text longer than `room` can be broken: at a blank or behind a |, with `room` characters
+/// at most before it and `least` at least; or else at the first blank; or else nowhere.
+std::size_t break_at(std::string_view text, std::size_t room, std::size_t least)
+{
+    for (std::size_t end = room; end > 0 && end >= least; --end) {
+        if (text[end] == ' ' || text[end - 1] == '|') {
+            return end;
+        }
+    }
+    return text.find(' ', room);
+}
+
 } // namespace
 
 const std::vector<const Command*>& all_commands()
@@ -75,8 +87,9 @@ const std::vector<const Command*>& all_commands()
         std::vector<const Command*> list;
         for (const auto commands :
              {card_commands(), vlan_commands(), port_commands(), traffic_commands(), lag_commands(),
-              fdb_commands(), stp_commands(), counter_commands(), frame_commands(),
-              show_port_commands(), show_l2_commands(), show_commands(), general_commands()}) {
+              fdb_commands(), stp_commands(), flow_commands(), trap_commands(), counter_commands(),
+              frame_commands(), show_port_commands(), show_l2_commands(), show_flow_commands(),
+              show_commands(), general_commands()}) {
             for (const Command& command : commands) {
                 list.push_back(&command);
             }
@@ -135,13 +148,12 @@ std::string folded(const std::string& text, std::size_t indent)
     std::string result;
     std::string_view rest = text;
     for (std::size_t room = kColumns; rest.size() > room; room = kColumns - indent) {
-        std::size_t end = rest.rfind(' ', room);
-        end = end == std::string_view::npos || end < indent ? rest.find(' ', room) : end;
+        const std::size_t end = break_at(rest, room, indent);
         if (end == std::string_view::npos) {
             break;
         }
         result += std::string(rest.substr(0, end)) + "\n" + std::string(indent, ' ');
-        rest.remove_prefix(end + 1);
+        rest.remove_prefix(end + (rest[end] == ' ' ? 1 : 0));
     }
     return result + std::string(rest);
 }

@@ -69,7 +69,10 @@ void Words::end() const
 
 void Words::usage_error(const std::string& problem) const
 {
-    throw BadInput(problem + "; usage: " + synopsis(*command_));
+    constexpr std::size_t kLongest = 160;
+    const std::string usage = synopsis(*command_);
+    throw BadInput(problem + (usage.size() <= kLongest ? "; usage: " + usage
+                                                       : "; `help " + command() + "` says more"));
 }
 
 void require(bool done, const std::string& what)
