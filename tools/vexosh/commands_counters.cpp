@@ -17,18 +17,18 @@ void show_counters(Shell& shell, Words& words)
     print(shell, vexosim::port_counters_table(port, all), "nothing has been counted");
 }
 
-void show_brief(Shell& shell, Words& words)
+template <class Counter>
+void show_brief(Shell& shell, const Words& words, bool (Sdk::*get)(const Mp&, std::list<Counter>&))
 {
-    words.end();
     vexosim::TextTable table{{"port", "in-packets", "in-bytes", "out-packets", "out-bytes"}, {}};
     auto driver = shell.session().driver();
     for (const Mp& port : parse_ports("0-52,cpu")) {
-        std::list<BriefStatCounter64> counters;
-        require(driver->get_port_brief_stat_counter_all64(port, counters), words.command());
+        std::list<Counter> counters;
+        require(((*driver).*get)(port, counters), words.command());
         std::vector<std::string> row = {text(port)};
         bool any = false;
-        for (const BriefStatCounter64& counter : counters) {
-            row.push_back(show_value(counter.value));
+        for (const Counter& counter : counters) {
+            row.push_back(std::to_string(counter.value));
             any |= counter.value != 0;
         }
         if (any) {
@@ -36,6 +36,17 @@ void show_brief(Shell& shell, Words& words)
         }
     }
     print(shell, table, "nothing has been counted");
+}
+
+void show_brief(Shell& shell, Words& words)
+{
+    const bool narrow = words.take("32");
+    words.end();
+    if (narrow) {
+        show_brief(shell, words, &Sdk::get_port_brief_stat_counter_all32);
+    } else {
+        show_brief(shell, words, &Sdk::get_port_brief_stat_counter_all64);
+    }
 }
 
 void clear(Shell& shell, Words& words)
@@ -53,7 +64,8 @@ constexpr Command kCommands[] = {
     {"show counters", "[PORT [all]]",
      "frames and bytes of every port; the counters of one that are not 0, or all 78",
      show_counters},
-    {"show counters brief", "", "the short set of counters of every port", show_brief},
+    {"show counters brief", "[32]", "the short set of counters of every port; 32: in 32 bits",
+     show_brief},
 };
 
 } // namespace

@@ -15,6 +15,11 @@ duplex_type_t next_duplex(Words& words)
     return next_enum<duplex_type_t>(words, "duplex");
 }
 
+phy_state_t next_phy_state(Words& words)
+{
+    return next_enum<phy_state_t>(words, "state");
+}
+
 ingress_discard_type_t next_discard(Words& words)
 {
     return next_enum<ingress_discard_type_t>(words, "discard mode");
@@ -113,6 +118,11 @@ constexpr Command kCommands[] = {
      set_ports<&Sdk::set_port_vlan_accept_frame, next_accepted>},
     {"port pvid", "PORTS VID", "VLAN of untagged frames",
      set_ports<&Sdk::set_port_vlan_pvid, next_vid>},
+    {"port default-vlan", "PORTS VID", "nothing: the driver says yes and does not act; see pvid",
+     set_ports<&Sdk::set_port_default_vlan, next_vid>},
+    {"port phy-state", "PORTS up|down",
+     "nothing: the driver says yes, but a link state cannot be set",
+     set_ports<&Sdk::set_port_phy_state, next_phy_state>},
     {"port priority", "PORTS PRIORITY", "priority of untagged frames, 0 to 7", priority},
     {"port queue", "PORTS PRIORITY QUEUE", "the queue that frames of a priority leave through",
      queue},

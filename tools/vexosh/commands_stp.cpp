@@ -84,6 +84,12 @@ void mirror_off(Shell& shell, Words& words)
     });
 }
 
+void mirror_enable(Shell& shell, Words& words)
+{
+    words.end();
+    require(shell.session().driver()->enable_mirror(1), words.command());
+}
+
 constexpr const char* kStates = "PORTS blocking|listening|learning|forwarding|disabled";
 
 constexpr Command kCommands[] = {
@@ -96,6 +102,9 @@ constexpr Command kCommands[] = {
      "copy what ports receive or send to another, which gets no broadcast or unknown frame any "
      "more",
      mirror_from},
+    {"mirror enable", "",
+     "start the mirroring block anew, without mirrors, as bring-up does; nothing stops it",
+     mirror_enable},
     {"mirror off", "PORTS", "stop mirroring ports", mirror_off},
 };
 

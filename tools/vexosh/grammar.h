@@ -30,11 +30,15 @@ std::span<const Command> fdb_commands();
 std::span<const Command> stp_commands();
 std::span<const Command> flow_commands();
 std::span<const Command> trap_commands();
+std::span<const Command> l3_commands();
+std::span<const Command> route_commands();
 std::span<const Command> counter_commands();
 std::span<const Command> frame_commands();
 std::span<const Command> show_port_commands();
+std::span<const Command> show_counter_commands();
 std::span<const Command> show_l2_commands();
 std::span<const Command> show_flow_commands();
+std::span<const Command> show_l3_commands();
 std::span<const Command> show_commands();
 std::span<const Command> general_commands();
 const std::vector<const Command*>& all_commands();
@@ -53,7 +57,8 @@ std::vector<std::string> next_command_words(const std::vector<std::string>& word
 /// usage spells out.
 std::vector<std::string> completions(const std::vector<std::string>& words, std::string_view start);
 
-/// Text in lines of at most 80 columns, broken at blanks or behind |; all but the first line are indented.
+/// Text in lines of at most 80 columns, broken at blanks or behind |; all but the first line are
+/// indented.
 std::string folded(const std::string& text, std::size_t indent);
 
 } // namespace vexosh

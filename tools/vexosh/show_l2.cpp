@@ -185,6 +185,12 @@ void show_storm_control(Shell& shell, Words& words)
     print(shell, table, "no port has storm control");
 }
 
+bool read_blocks(Sdk& sdk, const Mp& ingress, const Mp& egress, flood_block_type_t& flags)
+{
+    return text(egress) == "cpu" ? sdk.get_port_flood_blocking_cpu(ingress, flags)
+                                 : sdk.get_port_flood_blocking(ingress, egress, flags);
+}
+
 /// What is blocked towards one port: a row for each kind of flood.
 void add_blocks(TextTable& table, Sdk& sdk, const Mp& egress)
 {
@@ -192,7 +198,7 @@ void add_blocks(TextTable& table, Sdk& sdk, const Mp& egress)
         std::list<Mp> from;
         for (const Mp& ingress : parse_ports("0-52")) {
             auto flags = FLOOD_BLOCK_NONE;
-            if (sdk.get_port_flood_blocking(ingress, egress, flags) && (flags & bit) != 0) {
+            if (read_blocks(sdk, ingress, egress, flags) && (flags & bit) != 0) {
                 from.push_back(ingress);
             }
         }

@@ -103,6 +103,20 @@ std::string lag_text(const Mp& port)
     return "-";
 }
 
+/// The driver says that it tells, and does not.
+std::string default_vlan_text(Sdk& sdk, const Mp& port)
+{
+    unsigned vid = UINT32_MAX;
+    const bool told = sdk.get_port_default_vlan(port, vid) && vid != UINT32_MAX;
+    return told ? std::to_string(vid) : "not told (see pvid)";
+}
+
+std::string counting_text(Sdk& sdk, const Mp& port)
+{
+    bool enabled = false;
+    return sdk.get_port_stat_enabled(port, enabled) ? show_value(enabled) : "not told";
+}
+
 struct Memberships {
     std::string tagged, untagged;
 };
@@ -154,6 +168,7 @@ void add_vlan(TextTable& table, Sdk& sdk, const Mp& port)
     add("tagged", vlans.tagged);
     add("untagged", vlans.untagged);
     add("pvid", read(sdk, port, &Sdk::get_port_vlan_pvid));
+    add("default-vlan", default_vlan_text(sdk, port));
     add("priority", priority_text(sdk, port));
     add("queues", queues_text(sdk, port));
     add("accept", accept_text(sdk, port));
@@ -174,6 +189,7 @@ void add_traffic(TextTable& table, Sdk& sdk, const Mp& port)
     add("storm broadcast", rate_text(sdk, port, &Sdk::get_port_broadcast_control));
     add("storm multicast", rate_text(sdk, port, &Sdk::get_port_multicast_control));
     add("storm unicast", rate_text(sdk, port, &Sdk::get_port_unicast_control));
+    add("counting", counting_text(sdk, port));
     add("mirror", mirror_text(sdk, port));
     add("lag", lag_text(port));
 }
