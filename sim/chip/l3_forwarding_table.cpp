@@ -2,75 +2,14 @@
 
 #include <bcm/error.h>
 
-#include <algorithm>
-
 namespace vexosim {
 
-template <class Key, class Entry>
-int L3Table<Key, Entry>::add(const Key& key, const Entry& entry, bool replace)
+int L3HostTable::erase_if(const std::function<bool(const IpAddress&, const L3Host&)>& which)
 {
-    if (Entry* present = find(key)) {
-        if (!replace)
-            return BCM_E_EXISTS;
-        *present = entry;
-        return BCM_E_NONE;
-    }
-    if (entries_.size() >= capacity_)
-        return BCM_E_FULL;
-    entries_.emplace(key, entry);
+    for (const IpAddress& address : keys_if(which))
+        erase(address);
     return BCM_E_NONE;
 }
-
-template <class Key, class Entry>
-int L3Table<Key, Entry>::erase(const Key& key)
-{
-    return entries_.erase(key) != 0 ? BCM_E_NONE : BCM_E_NOT_FOUND;
-}
-
-template <class Key, class Entry>
-int L3Table<Key, Entry>::erase_if(const std::function<bool(const Key&, const Entry&)>& which)
-{
-    std::erase_if(entries_, [&](const auto& item) { return which(item.first, item.second); });
-    return BCM_E_NONE;
-}
-
-template <class Key, class Entry>
-const Entry* L3Table<Key, Entry>::find(const Key& key) const
-{
-    const auto entry = entries_.find(key);
-    return entry != entries_.end() ? &entry->second : nullptr;
-}
-
-template <class Key, class Entry>
-Entry* L3Table<Key, Entry>::find(const Key& key)
-{
-    const auto entry = entries_.find(key);
-    return entry != entries_.end() ? &entry->second : nullptr;
-}
-
-template <class Key, class Entry>
-std::vector<Key> L3Table<Key, Entry>::keys() const
-{
-    std::vector<Key> keys;
-    keys.reserve(entries_.size());
-    for (const auto& [key, entry] : entries_)
-        keys.push_back(key);
-    std::sort(keys.begin(), keys.end());
-    return keys;
-}
-
-template <class Key, class Entry>
-void L3Table<Key, Entry>::digest(Digest& d) const
-{
-    d.add(entries_.size());
-    for (const Key& key : keys()) {
-        d.add(key);
-        d.add(*find(key));
-    }
-}
-
-template class L3Table<IpAddress, L3Host>;
-template class L3Table<IpPrefix, L3Route>;
 
 int L3HostTable::set_usable(const IpAddress& address, bool usable)
 {
@@ -78,6 +17,37 @@ int L3HostTable::set_usable(const IpAddress& address, bool usable)
     if (host == nullptr)
         return BCM_E_NOT_FOUND;
     host->usable = usable;
+    return BCM_E_NONE;
+}
+
+int L3RouteTable::add(const IpPrefix& prefix, const L3Route& route, bool replace)
+{
+    const bool present = table_.number_of(prefix) != 0;
+    const int rc = table_.add(prefix, route, replace);
+    if (rc == BCM_E_NONE && !present)
+        tries_[prefix.net.ip6].add(IpBits(prefix.net), prefix.length, table_.number_of(prefix));
+    return rc;
+}
+
+int L3RouteTable::erase(const IpPrefix& prefix)
+{
+    if (table_.erase(prefix) != BCM_E_NONE)
+        return BCM_E_NOT_FOUND;
+    Number next = 0;
+    int length = prefix.length - 1;
+    for (; length > LpmTrie::home_depth(prefix.length); --length) {
+        next = table_.number_of({prefix.net.masked(length), length});
+        if (next != 0)
+            break;
+    }
+    tries_[prefix.net.ip6].erase(IpBits(prefix.net), prefix.length, next != 0 ? length : 0, next);
+    return BCM_E_NONE;
+}
+
+int L3RouteTable::erase_if(const std::function<bool(const IpPrefix&, const L3Route&)>& which)
+{
+    for (const IpPrefix& prefix : table_.keys_if(which))
+        erase(prefix);
     return BCM_E_NONE;
 }
 

@@ -3,6 +3,7 @@
 #include <bcmx/l3.h>
 
 #include <algorithm>
+#include <bit>
 
 #include "sim/chip/vlan_table.h"
 
@@ -50,13 +51,18 @@ int L3InterfaceTable::create_id(const L3Interface& interface, unsigned& id, bool
     return BCM_E_NONE;
 }
 
+/// Interfaces go rarely: the index is made anew.
 int L3InterfaceTable::destroy(unsigned id)
 {
-    const L3Interface* interface = find(id);
-    if (interface == nullptr)
+    if (find(id) == nullptr)
         return BCM_E_NOT_FOUND;
-    ids_.erase(mac_key(interface->mac, interface->vid));
     interfaces_[id].reset();
+    --count_;
+    std::fill(index_.begin(), index_.end(), std::uint16_t{0});
+    for (unsigned other = 0; other < interfaces_.size(); ++other) {
+        if (interfaces_[other])
+            index(other);
+    }
     return BCM_E_NONE;
 }
 
@@ -73,15 +79,37 @@ const L3Interface* L3InterfaceTable::find(unsigned id) const
 
 std::optional<unsigned> L3InterfaceTable::find(MacAddress mac, int vid) const
 {
-    const auto id = ids_.find(mac_key(mac, vid));
-    return id != ids_.end() ? std::optional(id->second) : std::nullopt;
+    if (empty())
+        return std::nullopt;
+    const unsigned above = index_[slot_of(mac_key(mac, vid))];
+    return above != 0 ? std::optional(above - 1) : std::nullopt;
 }
 
 void L3InterfaceTable::store(unsigned id, const L3Interface& interface)
 {
     destroy(id);
     interfaces_[id] = interface;
-    ids_[mac_key(interface.mac, interface.vid)] = id;
+    ++count_;
+    if (index_.empty())
+        index_.resize(std::bit_ceil(2 * interfaces_.size()));
+    index(id);
+}
+
+void L3InterfaceTable::index(unsigned id)
+{
+    const L3Interface& interface = *interfaces_[id];
+    index_[slot_of(mac_key(interface.mac, interface.vid))] = static_cast<std::uint16_t>(id + 1);
+}
+
+/// The slot that has the key, else the free one where it would be.
+std::size_t L3InterfaceTable::slot_of(std::uint64_t key) const
+{
+    const std::size_t mask = index_.size() - 1;
+    for (std::size_t i = static_cast<std::size_t>(Digest::mix(key)) & mask;; i = (i + 1) & mask) {
+        const std::size_t above = index_[i];
+        if (above == 0 || mac_key(interfaces_[above - 1]->mac, interfaces_[above - 1]->vid) == key)
+            return i;
+    }
 }
 
 void L3InterfaceTable::digest(Digest& d) const

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
 #include "sim/chip/digest.h"
@@ -43,20 +42,27 @@ public:
     int destroy_all();
 
     std::size_t capacity() const { return interfaces_.size(); }
+    bool empty() const { return count_ == 0; }
 
     /// Null when absent.
     const L3Interface* find(unsigned id) const;
     /// The id of a pair.
     std::optional<unsigned> find(MacAddress mac, int vid) const;
 
-    bool operator==(const L3InterfaceTable&) const = default;
+    bool operator==(const L3InterfaceTable& other) const
+    {
+        return interfaces_ == other.interfaces_;
+    }
     void digest(Digest& d) const;
 
 private:
     void store(unsigned id, const L3Interface& interface);
+    void index(unsigned id);
+    std::size_t slot_of(std::uint64_t key) const;
 
     std::vector<std::optional<L3Interface>> interfaces_;
-    std::unordered_map<std::uint64_t, unsigned> ids_; // by mac_key
+    std::size_t count_ = 0;
+    std::vector<std::uint16_t> index_; // ids by hash of their mac_key, one above; 0 is free
 };
 
 } // namespace vexosim

@@ -49,18 +49,16 @@ int prefix_length(const IpAddress& mask)
     return ones.masked(length) == mask ? length : -1;
 }
 
-std::size_t IpHash::operator()(const IpAddress& address) const
+std::uint64_t IpHash::operator()(const IpAddress& address) const
 {
-    Digest d;
-    d.add(address);
-    return static_cast<std::size_t>(d.value());
+    const std::uint64_t low = (address.low() + (address.ip6 ? 1 : 0)) * 0x9e3779b97f4a7c15u;
+    return Digest::mix(address.high() ^ (low ^ low >> 32));
 }
 
-std::size_t IpHash::operator()(const IpPrefix& prefix) const
+std::uint64_t IpHash::operator()(const IpPrefix& prefix) const
 {
-    Digest d;
-    d.add(prefix);
-    return static_cast<std::size_t>(d.value());
+    const auto length = static_cast<std::uint64_t>(prefix.length);
+    return (*this)(prefix.net) + length * 0xff51afd7ed558ccdu;
 }
 
 void NextHop::digest(Digest& d) const

@@ -20,6 +20,9 @@ struct IpAddress {
     static IpAddress from_ip4(std::uint32_t ip);
     static IpAddress from_ip6(const std::uint8_t* ip6);
     std::uint32_t ip4() const;
+    /// The first and the last 64 bits.
+    std::uint64_t high() const { return load(0); }
+    std::uint64_t low() const { return load(8); }
 
     /// The address with only its first `length` bits.
     IpAddress masked(int length) const;
@@ -33,6 +36,15 @@ struct IpAddress {
     {
         d.add(ip6);
         d.add(bytes);
+    }
+
+private:
+    std::uint64_t load(std::size_t at) const
+    {
+        std::uint64_t value = 0;
+        for (std::size_t i = at; i < at + 8; ++i)
+            value = value << 8 | bytes[i];
+        return value;
     }
 };
 
@@ -59,8 +71,8 @@ struct IpPrefix {
 };
 
 struct IpHash {
-    std::size_t operator()(const IpAddress& address) const;
-    std::size_t operator()(const IpPrefix& prefix) const;
+    std::uint64_t operator()(const IpAddress& address) const;
+    std::uint64_t operator()(const IpPrefix& prefix) const;
 };
 
 /// Where packets to a host or network go.

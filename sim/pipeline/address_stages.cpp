@@ -97,8 +97,9 @@ Step to_entry(const Chip& chip, Packet& p)
 {
     const MacEntry& entry = *p.destination;
     if (entry.on_trunk())
-        return entry.trunk == chip.trunks.trunk_of(p.in_port) ? drop(DropReason::same_trunk)
-                                                              : to_trunk(chip, p);
+        return entry.trunk == chip.trunks.trunk_of(p.in_port)
+                   ? drop(DropReason::same_trunk)
+                   : to_trunk(chip, p, entry.trunk, entry.block);
     if (chip.trunks.companions(p.in_port).test(entry.port))
         return drop(entry.port == p.in_port ? DropReason::same_port : DropReason::same_trunk);
     p.out = PortSet{entry.port} - entry.block;
@@ -155,6 +156,8 @@ Step stage::learn(const Chip& chip, Packet& p)
 
 Step stage::look_up(const Chip& chip, Packet& p)
 {
+    if (p.routed()) [[unlikely]]
+        return next();
     if (p.cast != Cast::kBroadcast)
         p.destination = chip.macs.find(mac_key(p.dst, p.vid));
     if (p.multicast())
@@ -180,6 +183,8 @@ Step stage::flood(const Chip& chip, Packet& p)
     if (p.redirected()) [[unlikely]]
         return next();
     if (p.destination == nullptr) {
+        if (p.routed())
+            return next();
         if (!p.multicast() && !p.from_cpu() && chip.controls.unknown_unicast_to_cpu(p.in_port))
             p.copy_to_cpu(bcmRxReasonDestLookupFail);
         to_vlan(chip, p);

@@ -38,6 +38,20 @@ void set_tos(std::uint8_t* ip, std::uint32_t tos)
 
 } // namespace
 
+void apply_hop(MacAddress dst, MacAddress src, std::uint8_t* copy, std::size_t ip_at)
+{
+    store_mac(dst, copy);
+    store_mac(src, copy + 6);
+    std::uint8_t* ip = copy + ip_at;
+    if (ip[0] >> 4 == 6) {
+        --ip[7];
+        return;
+    }
+    const std::uint32_t was = load16(ip + 8);
+    --ip[8];
+    store16(ip + 10, changed_checksum(load16(ip + 10), was, load16(ip + 8)));
+}
+
 void apply_edits(const FieldEdits& edits, std::uint8_t* copy, std::size_t ip_at)
 {
     if (edits.new_dst)

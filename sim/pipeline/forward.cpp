@@ -134,6 +134,14 @@ void count_field_hits(const FieldVerdict& verdict)
     }
 }
 
+void mark_hit(Chip& chip, const Packet& p)
+{
+    if (p.host != nullptr)
+        chip.l3_hosts.mark_hit(*p.host);
+    else if (p.route != nullptr)
+        chip.l3_routes.mark_hit(*p.route);
+}
+
 /// Each frame ends here, once.
 void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
 {
@@ -147,6 +155,7 @@ void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
     apply_learning(chip, p);
     if (p.field) [[unlikely]]
         count_field_hits(*p.field);
+    mark_hit(chip, p);
     if (p.limited) [[unlikely]]
         chip.rates.accept(p.in_port, p.storm, chip.now_us);
     for (FrameObserver* observer : outputs.observers)

@@ -16,7 +16,7 @@ struct MirrorCopy {
     int source = 0;      ///< the mirrored port
     int destination = 0; ///< a front port
     bool egress = false; ///< of what the source sends, not of what it received
-    bool edited = false; ///< with the changes that field entries make
+    bool edited = false; ///< with the changes that routing and field entries make
     MirrorForm form = MirrorForm::kReceived;
     DropReason lost = DropReason::kNone; ///< why the destination does not send it
 };

@@ -85,6 +85,11 @@ struct Packet {
     const MacEntry* destination = nullptr;     ///< of the destination; null when unknown
     FloodClass flood = FloodClass::kBroadcast; ///< meaningful unless unicast to a known address
 
+    // Set by routing.
+    const L3HostTable::Item* host = nullptr;   ///< what the frame has found; at most one of them
+    const L3RouteTable::Item* route = nullptr; ///< is set
+    const L3Interface* interface = nullptr;    ///< where it leaves; null unless routed
+
     std::optional<FieldVerdict> field; ///< of the entries that match; none when none does
 
     bool limited = false;                ///< storm control has accepted it
@@ -120,8 +125,14 @@ struct Packet {
         return field &&
                (field->place == FieldPlace::kRedirect || field->place == FieldPlace::kLoopback);
     }
+    /// Leaves as a router's, and not where the MAC table or a flood would send it.
+    bool routed() const { return interface != nullptr; }
+    const NextHop& next_hop() const
+    {
+        return host != nullptr ? host->entry.next_hop : route->entry.next_hop;
+    }
     /// Something of it changes on its way out.
-    bool edited() const { return field && field->edits.any(); }
+    bool edited() const { return routed() || (field && field->edits.any()); }
     bool from_cpu() const { return in_port == kCpuPort; }
     void copy_to_cpu(int reason)
     {

@@ -24,7 +24,7 @@ void store16(std::uint8_t* to, std::uint16_t value)
 
 std::uint16_t sent_tag(const Packet& p)
 {
-    const int priority = p.field->edits.priority;
+    const int priority = p.field ? p.field->edits.priority : -1;
     return static_cast<std::uint16_t>((priority >= 0 ? priority : p.priority) << 13 |
                                       (p.tag & 0x1000) | sent_vid(p));
 }
@@ -35,7 +35,8 @@ FrameView rest(const Packet& p)
     return p.frame.subspan(kAddressBytes + (p.tagged ? kTagBytes : 0));
 }
 
-/// A frame with changes: addresses, tag, and what follows the tags that go.
+/// A frame with changes: addresses, tag, and what follows the tags that go. Entries change what
+/// routing has made of it.
 FrameView edited_form(const Packet& p, bool tagged, FrameArena& arena)
 {
     const std::size_t received = kAddressBytes + (p.tagged ? kTagBytes : 0) + deleted_bytes(p);
@@ -48,8 +49,12 @@ FrameView edited_form(const Packet& p, bool tagged, FrameArena& arena)
         store16(memory + kAddressBytes + 2, sent_tag(p));
     }
     std::memcpy(memory + sent, tail.data(), tail.size());
-    const FieldEdits& edits = p.field->edits;
-    apply_edits(edits, memory, edits.ip_at != 0 ? edits.ip_at - received + sent : 0);
+    if (p.routed())
+        apply_hop(p.next_hop().mac, p.interface->mac, memory, kHeaderBytes + sent - kAddressBytes);
+    if (p.field) {
+        const FieldEdits& edits = p.field->edits;
+        apply_edits(edits, memory, edits.ip_at != 0 ? edits.ip_at - received + sent : 0);
+    }
     return {memory, sent + tail.size()};
 }
 
@@ -78,7 +83,9 @@ void write_untagged(const Packet& p, std::uint8_t* to)
 
 int sent_vid(const Packet& p)
 {
-    return p.field && p.field->edits.vid >= 0 ? p.field->edits.vid : p.vid;
+    if (p.field && p.field->edits.vid >= 0)
+        return p.field->edits.vid;
+    return p.routed() ? p.interface->vid : p.vid;
 }
 
 std::size_t deleted_bytes(const Packet& p)

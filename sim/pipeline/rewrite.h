@@ -22,7 +22,7 @@ inline std::size_t tagged_bytes(const Packet& p)
 void write_tagged(const Packet& p, std::uint8_t* to);
 void write_untagged(const Packet& p, std::uint8_t* to);
 
-// What ports send, with the changes that field entries make.
+// What ports send, with the changes that routing and field entries make.
 
 /// The VLAN of its tag.
 int sent_vid(const Packet& p);

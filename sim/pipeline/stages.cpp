@@ -9,7 +9,7 @@ namespace vexosim {
 
 namespace {
 
-/// The frame's way, from top to bottom. Routing belongs in front of "destination".
+/// The frame's way, from top to bottom.
 constexpr PipelineStage kForwarding[] = {
     {"port", stage::port},
     {"parse", stage::parse},
@@ -24,6 +24,7 @@ constexpr PipelineStage kForwarding[] = {
     {"source", stage::source},
     {"learning", stage::learn},
     {"field lookup", stage::field_lookup},
+    {"routing", stage::route},
     {"destination", stage::look_up},
     {"storm control", stage::storm_control},
     {"flooding", stage::flood},

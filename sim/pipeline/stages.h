@@ -33,6 +33,7 @@ Step spanning_tree(const Chip& chip, Packet& p);
 Step source(const Chip& chip, Packet& p);
 Step learn(const Chip& chip, Packet& p);
 Step field_lookup(const Chip& chip, Packet& p);
+Step route(const Chip& chip, Packet& p);
 Step look_up(const Chip& chip, Packet& p);
 Step storm_control(const Chip& chip, Packet& p);
 Step flood(const Chip& chip, Packet& p);

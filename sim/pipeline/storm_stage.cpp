@@ -30,7 +30,7 @@ Step stage::storm_control(const Chip& chip, Packet& p)
 {
     if (!chip.rates.ports().test(p.in_port)) [[likely]]
         return next();
-    if (p.destination != nullptr && !p.multicast())
+    if ((p.destination != nullptr && !p.multicast()) || p.routed())
         return next();
     const Storm& storm = storm_of(p);
     const int limit = chip.rates.limit(p.in_port, storm.kind);

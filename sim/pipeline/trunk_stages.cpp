@@ -97,15 +97,14 @@ std::string describe(const Packet& p, const Trunk& trunk, PortSet member, const 
 
 } // namespace
 
-Step to_trunk(const Chip& chip, Packet& p)
+Step to_trunk(const Chip& chip, Packet& p, int id, PortSet block)
 {
-    const int id = p.destination->trunk;
     const PortSet member = member_for(chip, id, p);
     if (member.empty())
         return drop(DropReason::trunk_empty);
     explain(p,
             [&](const PortNames& names) { return describe(p, chip.trunks.at(id), member, names); });
-    p.out = member - p.destination->block;
+    p.out = member - block;
     return p.out.any() ? next() : drop(DropReason::entry_blocked);
 }
 

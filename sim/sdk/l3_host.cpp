@@ -44,7 +44,7 @@ int find(const Chip& chip, bcmx_l3_host_t* host)
     if (found == nullptr)
         return BCM_E_NOT_FOUND;
     const NextHop& hop = found->next_hop;
-    host->l3a_flags = flags_of(address, hop);
+    host->l3a_flags = flags_of(address, hop, found->hit);
     host->l3a_intf = hop.interface;
     store_mac(hop.mac, host->l3a_nexthop_mac);
     store_egress(hop, host->l3a_lport, host->l3a_trunk_id);

@@ -9,15 +9,16 @@ IpAddress address_of(std::uint32_t flags, bcm_ip_t ip, const std::uint8_t* ip6)
     return (flags & BCM_L3_IP6) != 0 ? IpAddress::from_ip6(ip6) : IpAddress::from_ip4(ip);
 }
 
-std::uint32_t flags_of(const IpAddress& address, const NextHop& hop)
+std::uint32_t flags_of(const IpAddress& address, const NextHop& hop, bool hit)
 {
-    return (address.ip6 ? BCM_L3_IP6 : 0u) | (hop.on_trunk ? BCM_L3_TGID : 0u);
+    return (address.ip6 ? BCM_L3_IP6 : 0u) | (hop.on_trunk ? BCM_L3_TGID : 0u) |
+           (hit ? BCM_L3_HIT : 0u);
 }
 
 int check_next_hop(const Chip& chip, std::uint32_t flags, bcmx_lport_t lport, bcm_trunk_t trunk,
                    NextHop& hop)
 {
-    constexpr std::uint32_t known = BCM_L3_REPLACE | BCM_L3_TGID | BCM_L3_IP6;
+    constexpr std::uint32_t known = BCM_L3_REPLACE | BCM_L3_TGID | BCM_L3_IP6 | BCM_L3_HIT;
     if ((flags & ~known) != 0 || is_multicast(hop.mac))
         return BCM_E_PARAM;
     if (chip.l3_interfaces.find(hop.interface) == nullptr)

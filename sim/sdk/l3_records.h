@@ -10,8 +10,8 @@ namespace vexosim {
 /// Family and address; IPv6 with BCM_L3_IP6.
 IpAddress address_of(std::uint32_t flags, bcm_ip_t ip, const std::uint8_t* ip6);
 
-/// The flags of an entry: its family and whether its egress is a trunk.
-std::uint32_t flags_of(const IpAddress& address, const NextHop& hop);
+/// The flags of an entry: its family, whether its egress is a trunk, whether frames have found it.
+std::uint32_t flags_of(const IpAddress& address, const NextHop& hop, bool hit);
 
 /// Completes a next hop by its egress, a port or with BCM_L3_TGID a trunk, and checks it.
 /// NOT_FOUND: interface, trunk; PORT; PARAM: multicast MAC address, unknown flags.

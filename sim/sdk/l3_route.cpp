@@ -55,7 +55,7 @@ int get(const Chip& chip, bcmx_l3_route_t* route)
     if (found == nullptr)
         return BCM_E_NOT_FOUND;
     const NextHop& hop = found->next_hop;
-    route->l3r_flags = flags_of(prefix->net, hop);
+    route->l3r_flags = flags_of(prefix->net, hop, found->hit);
     route->l3r_intf = hop.interface;
     route->l3r_nexthop_ip = hop.ip4;
     store_mac(hop.mac, route->l3r_nexthop_mac);

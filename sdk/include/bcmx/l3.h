@@ -11,7 +11,8 @@ extern "C" {
 #endif
 
 /* Flags of interfaces, hosts and routes. */
-#define BCM_L3_ADD_TO_ARL 0x00020u /* interface: the router MAC goes into the MAC table */
+#define BCM_L3_HIT 0x00008u        /* in a record that was found: frames have found the entry */
+#define BCM_L3_ADD_TO_ARL 0x00020u /* interface: the router MAC has a static entry at the CPU */
 #define BCM_L3_WITH_ID 0x00040u    /* interface: under the id in the record */
 #define BCM_L3_NEGATE 0x00080u     /* delete by interface: those of every other interface */
 #define BCM_L3_REPLACE 0x00100u    /* take the place of what exists */
@@ -55,7 +56,9 @@ int bcmx_l3_route_t_init(bcmx_l3_route_t* route);
 
 /*
  * Interfaces. create stores the chosen id in the record, and on EXISTS (same MAC and VLAN, or same
- * id without BCM_L3_REPLACE) the id of the existing one; FULL; PARAM: multicast MAC, VLAN, id.
+ * id without BCM_L3_REPLACE) the id of the existing one; FULL, also of the MAC table; PARAM:
+ * multicast MAC, VLAN, id. Hosts and routes may name an interface that has been deleted: their
+ * frames are dropped until it is there again.
  * get (by id) and find (by MAC and VLAN) fill the record; NOT_FOUND. delete is by id.
  */
 int bcmx_l3_intf_create(bcmx_l3_intf_t* intf);
@@ -83,7 +86,9 @@ int bcmx_l3_route_delete(bcmx_l3_route_t* route);
 int bcmx_l3_route_delete_by_interface(bcmx_l3_route_t* route);
 int bcmx_l3_route_delete_all(void);
 
-/* Marks the IPv4 host entry of `ip` usable, or not. NOT_FOUND. */
+/*
+ * Marks the IPv4 host entry of `ip` usable, or not: then its frames go by the routes. NOT_FOUND.
+ */
 int bcmx_l3_validate_entry(bcm_ip_t ip);
 int bcmx_l3_invalidate_entry(bcm_ip_t ip);
 

@@ -27,6 +27,9 @@ namespace vexosim {
     X(source_multicast, "the source address is a group address")                                   \
     X(source_unknown, "the port does not forward frames of unknown source")                        \
     X(field_drop, "a field entry drops it")                                                        \
+    X(l3_martian, "its IP source or destination is not one to route")                              \
+    X(l3_from_cpu, "routing would hand it to the CPU, which sent it")                              \
+    X(l3_interface_gone, "the next hop's interface, or its VLAN, is gone")                         \
     X(same_port, "the destination is on the port it came from")                                    \
     X(same_trunk, "the destination is on the trunk it came from")                                  \
     X(trunk_empty, "the destination's trunk has no members")                                       \
