@@ -31,7 +31,7 @@ TextTable vlan_rules_table();
 /// One row for each layer-3 interface, by id: its router MAC address and VLAN.
 TextTable l3_interfaces_table();
 /// One row for each host entry, IPv4 first: its next hop, egress ("7", "cpu" or "lag 3"), whether a
-/// frame has been routed by it ("hit"), and whether frames may be ("valid").
+/// frame has found it ("hit"), and whether frames may ("valid").
 TextTable l3_hosts_table();
 /// One row for each route, IPv4 first: its network as in "10.0.0.0/8", the address of its next hop
 /// ("-" if it was given none), and as for hosts.
