@@ -205,6 +205,15 @@ TEST(Control, ReservedGroupAddressesGoToTheCpuOnlyWhileThePortTrapsThem)
     EXPECT_EQ(path.send(1, TestFrame(kBridgeGroup + 0xe, kHostA)), "2");
 }
 
+TEST(Control, ATaggedBpduReachesTheCpuWhereTaggedDataDoesNot)
+{
+    Path path;
+    path.vlan(10, {1, 2});
+    path.chip.ports.set_discard(1, 3);
+    EXPECT_EQ(path.send(1, TestFrame(kHostB, kHostA).tag(10)), "drop:discard_tagged");
+    EXPECT_EQ(path.send(1, TestFrame(kBridgeGroup, kHostA).tag(10)), "cpu");
+}
+
 TEST(Control, BpdusReachTheCpuWhereDataDoesNot)
 {
     const TestFrame bpdu(kBridgeGroup, kHostA);
