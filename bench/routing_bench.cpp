@@ -73,7 +73,7 @@ struct RoutingBench {
         unsigned id = 0;
         chip.l3_interfaces.create({kRouter, 1, 0}, id);
     }
-    static NextHop hop(unsigned n) { return {0, kNextHop + n % 1024, false, kTo, 0}; }
+    static NextHop hop(std::uint64_t n) { return {0, kNextHop + n % 1024, false, kTo, 0}; }
     void add_routes(bool ip6, unsigned count)
     {
         while (chip.l3_routes.size() < count) {
