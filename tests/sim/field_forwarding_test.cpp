@@ -1,6 +1,7 @@
 // Field entries decide where frames go.
 #include <bcm/l2.h>
 #include <bcm/rx.h>
+#include <bcmx/rate.h>
 #include <bcmx/trunk.h>
 
 #include "tests/sim/field_path.h"
@@ -82,10 +83,34 @@ TEST_F(FieldForwarding, ARedirectedFrameMeetsTheEgressFilters)
     EXPECT_EQ(send(1, frame), "20:v1");
 }
 
-TEST_F(FieldForwarding, ARedirectOnlyBackLeavesNoPort)
+TEST_F(FieldForwarding, ARedirectedFrameMeetsStormControlButNoFloodBlock)
 {
-    entry(kToHostB, {redirect({1})});
+    entry(kToHostB, {redirect({3})});
+    chip.flood_block.set(1, 3, 0xf);
+    chip.flood_block.set(1, 2, 0xf);
+    chip.flood_block.set(1, 4, 0xf);
+    EXPECT_EQ(send(1, frame), "3");
+    EXPECT_EQ(send(1, TestFrame(kHostC, kHostA)), "drop:flood_blocked");
+    ASSERT_EQ(chip.rates.set(1, StormClass::kDlf, 1, BCM_RATE_DLF), 0);
+    EXPECT_EQ(send(1, frame), "3");
+    EXPECT_EQ(send(1, frame), "drop:storm_unknown_unicast");
+}
+
+TEST_F(FieldForwarding, ARedirectOnlyBackLeavesNoPortAndIsCounted)
+{
+    const int id = entry(kToHostB, {redirect({1})});
     EXPECT_EQ(send(1, frame), "drop:field_no_port");
+    EXPECT_EQ(counted(id), 1u);
+}
+
+TEST_F(FieldForwarding, BpdusThatAPortTrapsMeetNoEntry)
+{
+    const int id = entry(is(bcmFieldQualifyDstMac, kBridgeGroup), {kDropIt});
+    chip.ports.set_bpdu_enable(1, 1);
+    EXPECT_EQ(send(1, TestFrame(kBridgeGroup, kHostA)), "cpu");
+    EXPECT_EQ(counted(id), 0u);
+    chip.ports.set_bpdu_enable(1, 0);
+    EXPECT_EQ(send(1, TestFrame(kBridgeGroup, kHostA)), "drop:field_drop");
 }
 
 TEST_F(FieldForwarding, RedirectsToTheCpu)

@@ -72,6 +72,28 @@ TEST_F(FieldRewriting, AnIp6HeaderCutShortKeepsItsTrafficClass)
     EXPECT_EQ(sent(cut), cut.bytes());
 }
 
+TEST_F(FieldRewriting, AWrongChecksumStaysWrongByTheSame)
+{
+    entry(kToHostB, {act(bcmFieldActionTosNew, 0x5a)});
+    const TestFrame packet = changed(frame.ip(2, 1), {{24, 0xab}, {25, 0xcd}});
+    const Frame out = sent(packet);
+    ASSERT_EQ(out.size(), packet.bytes().size());
+    EXPECT_EQ(out[15], 0x5a);
+    EXPECT_EQ(out[24] << 8 | out[25], 0xabcd - 0x5a);
+}
+
+TEST_F(FieldRewriting, ANewPriorityLeavesTheQueueAndTheDropEligibleBitAlone)
+{
+    entry(kToHostB, {act(bcmFieldActionOuterVlanPrioNew, 6)});
+    chip.ports.set_cos(1, 3, 2);
+    chip.ports.set_cos(1, 6, 5);
+    chip.vlans.remove_ports(1, {2});
+    chip.vlans.add_ports(1, {2}, {});
+    EXPECT_EQ(sent(frame.tag(0x1001, 3)), frame.tag(0x1001, 6).bytes());
+    EXPECT_EQ(chip.counters[2].out_queue[2], 1u);
+    EXPECT_EQ(chip.counters[2].out_queue[5], 0u);
+}
+
 TEST_F(FieldRewriting, AFrameMayLeaveAsLongAsItIsWithoutItsInnerTag)
 {
     chip.ports.set_frame_max(1, 1600);
