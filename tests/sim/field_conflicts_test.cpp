@@ -81,6 +81,25 @@ TEST_F(FieldConflicts, ChangesOfDifferentGroupsAddUpAndTheFirstGroupsWins)
     EXPECT_EQ(out[19], 0x20);
 }
 
+TEST_F(FieldConflicts, PortsMaskedOutByDifferentGroupsAddUp)
+{
+    entry(kToHostB, {act_on(bcmFieldActionEgressMask, {2})});
+    entry(kFromHostA, {act_on(bcmFieldActionEgressMask, {3})});
+    EXPECT_EQ(send(1, frame), "4");
+}
+
+TEST_F(FieldConflicts, OfTwoNewAddressesOrVlansTheFirstGroupsIsTaken)
+{
+    vlan(20, {2});
+    vlan(30, {2});
+    entry(kToHostB, {act(bcmFieldActionOuterVlanNew, 20), set_mac(bcmFieldActionSrcMacNew, kHostC),
+                     set_mac(bcmFieldActionDstMacNew, kHostA)});
+    entry(kFromHostA,
+          {act(bcmFieldActionOuterVlanNew, 30), set_mac(bcmFieldActionSrcMacNew, kHostB),
+           set_mac(bcmFieldActionDstMacNew, kHostB)});
+    EXPECT_EQ(sent(frame), TestFrame(kHostA, kHostC).tag(20).bytes());
+}
+
 TEST_F(FieldConflicts, OneEntryThatDropsAndRedirectsDrops)
 {
     const int id = entry(kToHostB, {redirect({3}), kDropIt, kTrapIt});
