@@ -31,8 +31,11 @@ TEST_F(TrapVerbs, MasksOfArpTrapsAreReadBack)
     };
     for (const auto& [words, shown] : cases) {
         run(std::string("trap add arp ") + words);
-        EXPECT_NE(run("show traps").find(std::string(" ") + shown + " "), std::string::npos)
-            << words;
+        const std::string traps = run("show traps");
+        const std::string address = std::string("  ") + shown + " ";
+        const std::size_t untagged = traps.find(address);
+        ASSERT_NE(untagged, std::string::npos) << traps;
+        EXPECT_NE(traps.find(address, untagged + 1), std::string::npos) << traps;
         EXPECT_EQ(run(std::string("trap delete arp ") + words + "; show traps"),
                   "there are no traps\n");
     }
