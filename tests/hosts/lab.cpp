@@ -17,8 +17,8 @@ void Lab::SetUp()
     if (IsSkipped() || HasFailure()) {
         return;
     }
-    session_.emplace(out_);
-    shell_.emplace(*session_);
+    session_.emplace();
+    shell_.emplace(*session_, console_);
     vexosim::start_wires();
 }
 

@@ -53,6 +53,7 @@ protected:
 
 private:
     std::ostringstream out_;
+    vexosh::StreamConsole console_{out_};
     std::optional<vexosh::Session> session_;
     std::optional<vexosh::Shell> shell_;
     std::list<Host> hosts_;

@@ -188,8 +188,9 @@ TEST(NoLearningLimits, AreALineAndNotATable)
     vexosim::set_profile(profile);
     vexosim::use_manual_clock();
     std::ostringstream out;
-    Session session(out);
-    Shell shell(session);
+    StreamConsole console(out);
+    Session session;
+    Shell shell(session, console);
     EXPECT_THROW(shell.run_line("show limits"), BadInput);
     EXPECT_THROW(shell.run_line("fdb limit system 5"), BadInput);
 }

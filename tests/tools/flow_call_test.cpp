@@ -17,8 +17,8 @@ struct FlowCall : testing::Test {
     FlowCall()
     {
         vexosim::use_manual_clock();
-        session_.emplace(out_);
-        shell_.emplace(*session_);
+        session_.emplace();
+        shell_.emplace(*session_, console_);
         vexosim::log_calls(true);
     }
 
@@ -41,6 +41,7 @@ struct FlowCall : testing::Test {
 
 private:
     std::ostringstream out_;
+    StreamConsole console_{out_};
     std::optional<Session> session_;
     std::optional<Shell> shell_;
 };

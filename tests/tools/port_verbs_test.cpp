@@ -145,9 +145,9 @@ TEST_F(PortVerbs, StormControlIsListedForPortsThatHaveIt)
 
 TEST_F(PortVerbs, SettingsOfTheSwitch)
 {
-    EXPECT_EQ(run("show switch"), "unknown-to-cpu  off\nforward-mode    1\n");
+    EXPECT_EQ(run("show switch"), "switch\nunknown-to-cpu  off\nforward-mode    1\n");
     EXPECT_EQ(run("switch unknown-to-cpu on; switch forward-mode 2; show switch"),
-              "unknown-to-cpu  on\nforward-mode    2\n");
+              "switch\nunknown-to-cpu  on\nforward-mode    2\n");
 }
 
 TEST_F(PortVerbs, CountersAreShownAndCleared)

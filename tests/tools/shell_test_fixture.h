@@ -15,8 +15,8 @@ protected:
     ShellTest()
     {
         vexosim::use_manual_clock();
-        session_.emplace(out_);
-        shell_.emplace(*session_);
+        session_.emplace();
+        shell_.emplace(*session_, console_);
     }
 
     /// What a line prints.
@@ -60,6 +60,7 @@ protected:
     }
 
     std::ostringstream out_;
+    vexosh::StreamConsole console_{out_};
     std::optional<vexosh::Session> session_;
     std::optional<vexosh::Shell> shell_;
 };

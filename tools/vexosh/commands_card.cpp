@@ -1,9 +1,9 @@
 #include <chrono>
 #include <map>
-#include <thread>
 
 #include "tools/vexosh/abilities.h"
 #include "tools/vexosh/shell.h"
+#include "tools/vexosh/time_passes.h"
 #include "vexosim/calls.h"
 #include "vexosim/clock.h"
 #include "vexosim/faults.h"
@@ -12,8 +12,6 @@
 
 namespace vexosh {
 namespace {
-
-using namespace std::chrono_literals;
 
 // Cables of memory ports, whose far end this program plays.
 std::map<int, vexosim::MemoryWire*>& memory_wires()
@@ -80,39 +78,11 @@ void link(Shell&, Words& words)
     }
 }
 
-std::chrono::microseconds parse_duration(const std::string& word)
-{
-    const std::size_t unit = word.find_first_not_of("0123456789");
-    const std::string_view name =
-        unit == std::string::npos ? "" : std::string_view(word).substr(unit);
-    const auto count = parse_number(word.substr(0, unit), "duration", 0, 1'000'000'000);
-    if (name == "us") {
-        return std::chrono::microseconds(count);
-    }
-    if (name == "ms") {
-        return std::chrono::milliseconds(count);
-    }
-    if (name == "s" || name.empty()) {
-        return std::chrono::seconds(count);
-    }
-    throw BadInput("bad duration '" + word + "': a number with us, ms or s is wanted");
-}
-
 void wait(Shell& shell, Words& words)
 {
     const auto duration = parse_duration(words.next("DURATION"));
     words.end();
-    if (!vexosim::manual_clock()) {
-        std::this_thread::sleep_for(duration);
-        return;
-    }
-    // In steps, so that what the manager does about an event happens near its time.
-    for (auto left = duration; left > 0us;) {
-        const auto step = std::min<std::chrono::microseconds>(left, 100ms);
-        vexosim::advance(step);
-        shell.session().settle();
-        left -= step;
-    }
+    let_time_pass(shell, duration);
 }
 
 void calls(Shell&, Words& words)
@@ -153,9 +123,16 @@ void fault(Shell&, Words& words)
 
 void events(Shell& shell, Words& words)
 {
+    if (words.empty() && !vexosim::manual_clock()) {
+        shell.follow_events(true);
+        while (shell.pause(std::chrono::hours(1))) {
+        }
+        shell.follow_events(false);
+        return;
+    }
     const bool on = parse_switch(words.next("on|off"), "switch");
     words.end();
-    shell.session().set_print_events(on);
+    shell.follow_events(on);
 }
 
 void forwarding(Shell& shell, Words& words)
@@ -210,7 +187,9 @@ constexpr Command kCommands[] = {
      "at first",
      forwarding},
     {"wait", "DURATION", "let time pass: 5s, 250ms, 10us", wait},
-    {"events", "on|off", "print packets for the CPU, link and MAC table changes as they come",
+    {"events", "[on|off]",
+     "print packets for the CPU, link and MAC table changes as they come; without on or off, until "
+     "Ctrl-C",
      events},
     {"calls", "on|off|clear", "log the driver's SDK calls; `show calls` prints them", calls},
     {"fault", "CALL|clear [CODE] [nth N] [sticky]",

@@ -1,9 +1,7 @@
-#include <iomanip>
-#include <map>
-
 #include "pktio/event_records.h"
 #include "tools/vexosh/capture_file.h"
 #include "tools/vexosh/frame_words.h"
+#include "tools/vexosh/kind_counts.h"
 #include "tools/vexosh/shell.h"
 #include "vexosim/clock.h"
 #include "vexosim/ports.h"
@@ -94,22 +92,14 @@ void show_capture(Shell& shell, Words& words)
 {
     const Capture capture = read_capture(words.next("FILE"));
     words.end();
-    std::map<std::string, std::size_t> kinds;
-    std::vector<const std::string*> order;
+    KindCounts kinds;
     for (const Bytes& frame : capture.frames) {
-        const auto [kind, added] = kinds.emplace(describe_frame(frame), 0);
-        ++kind->second;
-        if (added) {
-            order.push_back(&kind->first);
-        }
+        kinds.count(describe_frame(frame));
     }
-    for (const std::string* kind : order) {
-        shell.out() << std::setw(6) << kinds[*kind] << "  " << *kind << '\n';
-    }
-    shell.out() << capture.frames.size() << (capture.frames.size() == 1 ? " frame\n" : " frames\n");
-    if (!capture.notice.empty()) {
-        shell.out() << capture.notice << '\n';
-    }
+    const std::size_t all = capture.frames.size();
+    print(shell, kinds.table("frame"), {{"frames", all}, {"notice", capture.notice}},
+          kinds.text() + std::to_string(all) + (all == 1 ? " frame\n" : " frames\n") +
+              (capture.notice.empty() ? "" : capture.notice + "\n"));
 }
 
 constexpr Command kCommands[] = {

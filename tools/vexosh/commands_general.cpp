@@ -1,8 +1,10 @@
+#include <climits>
 #include <iostream>
 
 #include "tools/vexosh/call.h"
 #include "tools/vexosh/frame_words.h"
 #include "tools/vexosh/shell.h"
+#include "tools/vexosh/time_passes.h"
 
 namespace vexosh {
 namespace {
@@ -92,6 +94,62 @@ void source(Shell& shell, Words& words)
     shell.run_script_file(path);
 }
 
+/// A command from its words; those with blanks or separators are quoted.
+std::string as_command(const std::vector<std::string>& words)
+{
+    std::string command;
+    for (const std::string& word : words) {
+        const bool plain = !word.empty() && word.find_first_of(" \t;#\"'") == std::string::npos;
+        const char quote = word.find('"') == std::string::npos ? '"' : '\'';
+        command += (command.empty() ? "" : " ") + (plain ? word : quote + word + quote);
+    }
+    return command;
+}
+
+void json(Shell& shell, Words& words)
+{
+    const std::string command = as_command(words.rest());
+    if (command.empty()) {
+        words.next("COMMAND");
+    }
+    const bool before = shell.json();
+    shell.use_json(true);
+    try {
+        shell.run_line(command);
+    } catch (...) {
+        shell.use_json(before);
+        throw;
+    }
+    shell.use_json(before);
+}
+
+void watch(Shell& shell, Words& words)
+{
+    auto every = std::chrono::microseconds(std::chrono::seconds(1));
+    unsigned times = UINT_MAX;
+    for (bool more = true; more;) {
+        more = false;
+        if (words.take("every")) {
+            every = parse_duration(words.next("DURATION"));
+            more = true;
+        }
+        if (words.take("times")) {
+            times = words.number("N", 1, INT32_MAX);
+            more = true;
+        }
+    }
+    words.peek().empty() ? words.usage_error("missing COMMAND") : void();
+    const std::string command = as_command(words.rest());
+    for (unsigned round = 0; round < times; ++round) {
+        if (round > 0 && !let_time_pass(shell, every)) {
+            return;
+        }
+        // A terminal shows one round at a time.
+        shell.out() << (shell.colour() ? "\033[H\033[2J" : round > 0 ? "\n" : "");
+        shell.run_line(command);
+    }
+}
+
 void echo(Shell& shell, Words& words)
 {
     std::string line;
@@ -111,6 +169,9 @@ constexpr Command kCommands[] = {
     {"call", "OPERATION ARGUMENTS...", "call any operation of the driver by its name", call},
     {"operations", "[PART]", "list the driver's operations and their arguments", list_operations},
     {"source", "FILE", "run the commands of a script", source},
+    {"json", "COMMAND...", "run a command whose tables are printed as JSON, for programs", json},
+    {"watch", "[every DURATION] [times N] COMMAND...",
+     "run a command again and again, once a second unless told otherwise; Ctrl-C ends it", watch},
     {"echo", "WORDS...", "print words", echo},
     {"help", "[COMMAND]", "list the commands, or explain one", help},
     {"quit", "", "leave", quit},

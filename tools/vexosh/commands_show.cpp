@@ -1,7 +1,7 @@
-#include <iomanip>
-#include <map>
+#include <sstream>
 
 #include "tools/vexosh/frame_words.h"
+#include "tools/vexosh/kind_counts.h"
 #include "tools/vexosh/shell.h"
 #include "vexosim/calls.h"
 #include "vexosim/state.h"
@@ -13,48 +13,50 @@ namespace {
 void show_drops(Shell& shell, Words& words)
 {
     words.end();
-    shell.out() << vexosim::drops_table().text();
+    print(shell, vexosim::drops_table());
 }
 
 void show_cpu(Shell& shell, Words& words)
 {
     words.end();
-    std::map<std::string, std::size_t> kinds;
-    std::vector<std::string> order;
+    KindCounts kinds;
     for (const CpuPacket& packet : shell.session().cpu_packets()) {
-        const std::string kind =
-            "port " + std::to_string(packet.user_port) + ": " + describe_frame(packet.frame);
-        if (kinds[kind]++ == 0) {
-            order.push_back(kind);
-        }
+        kinds.count("port " + std::to_string(packet.user_port) + ": " +
+                    describe_frame(packet.frame));
     }
-    for (const std::string& kind : order) {
-        shell.out() << std::setw(6) << kinds[kind] << "  " << kind << '\n';
-    }
-    shell.out() << shell.session().cpu_packet_count() << " packets reached the CPU\n";
+    const std::size_t all = shell.session().cpu_packet_count();
+    print(shell, kinds.table("packet"), {{"packets", all}},
+          kinds.text() + std::to_string(all) + " packets reached the CPU\n");
 }
 
 void show_wires(Shell& shell, Words& words)
 {
     words.end();
-    shell.out() << "port  carrier      in     out  lost  wire\n";
+    vexosim::TextTable table{{"port", "carrier", "in", "out", "lost", "wire"}, {}};
     for (const vexosim::Attachment& attachment : vexosim::attachments()) {
         const vexosim::WireCounters& count = attachment.counters;
-        shell.out() << std::setw(4) << attachment.user_port << "  " << std::left << std::setw(7)
-                    << (attachment.carrier ? "up" : "down") << std::right << std::setw(8)
-                    << count.received << std::setw(8) << count.sent << std::setw(6)
-                    << count.receive_overflow + count.receive_too_long + count.receive_cut +
-                           count.send_drops
-                    << "  " << attachment.wire
-                    << (attachment.notice.empty() ? "" : " (" + attachment.notice + ")") << '\n';
+        const auto lost =
+            count.receive_overflow + count.receive_too_long + count.receive_cut + count.send_drops;
+        table.rows.push_back(
+            {std::to_string(attachment.user_port), attachment.carrier ? "up" : "down",
+             std::to_string(count.received), std::to_string(count.sent), std::to_string(lost),
+             attachment.wire + (attachment.notice.empty() ? "" : " (" + attachment.notice + ")")});
     }
+    print(shell, table, "nothing is plugged in");
 }
 
 void show_calls(Shell& shell, Words& words)
 {
     const bool all = words.take("all");
     words.end();
-    shell.out() << (all ? vexosim::all_calls_with_results() : vexosim::calls_with_results());
+    const std::string calls =
+        all ? vexosim::all_calls_with_results() : vexosim::calls_with_results();
+    vexosim::TextTable table{{"call"}, {}};
+    std::istringstream lines(calls);
+    for (std::string line; std::getline(lines, line);) {
+        table.rows.push_back({line});
+    }
+    print(shell, table, nlohmann::ordered_json::object(), calls);
 }
 
 constexpr Command kCommands[] = {

@@ -34,6 +34,7 @@ std::span<const Command> l3_commands();
 std::span<const Command> route_commands();
 std::span<const Command> counter_commands();
 std::span<const Command> frame_commands();
+std::span<const Command> capture_commands();
 std::span<const Command> show_port_commands();
 std::span<const Command> show_counter_commands();
 std::span<const Command> show_l2_commands();

@@ -1,6 +1,5 @@
 #include "tools/vexosh/session.h"
 
-#include <iostream>
 #include <stdexcept>
 
 #include "core/factory.h"
@@ -29,7 +28,7 @@ int user_port_of(const Usp& port)
 
 } // namespace
 
-Session::Session(std::ostream& out) : out_(out)
+Session::Session()
 {
     vexosim::board::enable();
     vexosdk_create_sdk_instance();
@@ -40,7 +39,7 @@ Session::Session(std::ostream& out) : out_(out)
     vexo_init_line_card(slot);
     vexosim::connect_wires();
     the_session = this;
-    set_event_sink([this](const std::string& line) { print(line); });
+    set_event_sink([this](const Event& event) { tell(event, true); });
     sdk_->register_rx_packet_callback(on_packet, this);
     sdk_->register_link_change_callback(on_link, nullptr);
     sdk_->register_mac_update_callback(on_mac, nullptr);
@@ -69,8 +68,8 @@ void Session::on_packet(RxPacket* packet, void* cookie)
     Session& session = *static_cast<Session*>(cookie);
     CpuPacket kept{user_port_of(packet->port()), packet->vlan(), {}};
     packet->get_pkt_data(kept.frame);
-    if (session.print_events_) {
-        print_event(packet, cookie);
+    if (session.listening_to_all_ > 0) {
+        session.tell(event_of(packet), false);
     }
     const std::lock_guard lock(session.mutex_);
     ++session.packet_count_;
@@ -83,8 +82,8 @@ void Session::on_packet(RxPacket* packet, void* cookie)
 void Session::on_link(LinkStatus* status, Usp* port)
 {
     Session& session = *the_session;
-    if (session.print_events_) {
-        print_event(status, port);
+    if (session.listening_to_all_ > 0) {
+        session.tell(event_of(status, port), false);
     }
     {
         const std::lock_guard lock(session.mutex_);
@@ -93,10 +92,10 @@ void Session::on_link(LinkStatus* status, Usp* port)
     session.wake_.notify_all();
 }
 
-void Session::on_mac(L2Addr* addr, int type, void* data)
+void Session::on_mac(L2Addr* addr, int type, void*)
 {
-    if (type == kListed || the_session->print_events_) {
-        print_event(addr, type, data);
+    if (type == kListed || the_session->listening_to_all_ > 0) {
+        the_session->tell(event_of(addr, type), type == kListed);
     }
 }
 
@@ -130,7 +129,9 @@ void Session::handle(const LinkEvent& event)
     auto sdk = driver();
     // A member joins its LAG first: until then it must not forward on its own.
     if (!lags_.link_changed(*sdk, port, event.up)) {
-        print("port " + text(port) + ": the driver refused to change the members of its lag");
+        tell({"port " + text(port) + ": the driver refused to change the members of its lag",
+              {{"event", "refused"}, {"port", text(port)}}},
+             true);
     }
     if (event.up && auto_forwarding_) {
         sdk->set_port_stp_state(port, STP_FORWARDING);
@@ -159,15 +160,36 @@ void Session::settle()
     }
 }
 
-void Session::set_print_events(bool on)
+int Session::follow(Follower follower)
 {
-    print_events_ = on;
+    const std::lock_guard lock(listeners_mutex_);
+    listeners_[++last_listener_].follower = std::move(follower);
+    return last_listener_;
 }
 
-void Session::print(const std::string& line)
+void Session::unfollow(int id)
 {
-    const std::lock_guard lock(mutex_);
-    out_ << line << std::endl;
+    follow_all(id, false);
+    const std::lock_guard lock(listeners_mutex_);
+    listeners_.erase(id);
+}
+
+void Session::follow_all(int id, bool all)
+{
+    const std::lock_guard lock(listeners_mutex_);
+    bool& before = listeners_.at(id).all;
+    listening_to_all_ += static_cast<int>(all) - static_cast<int>(before);
+    before = all;
+}
+
+void Session::tell(const Event& event, bool everybody)
+{
+    const std::lock_guard lock(listeners_mutex_);
+    for (const auto& [id, listener] : listeners_) {
+        if (everybody || listener.all) {
+            listener.follower(event);
+        }
+    }
 }
 
 std::vector<CpuPacket> Session::cpu_packets() const

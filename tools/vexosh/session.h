@@ -3,14 +3,15 @@
 #include <atomic>
 #include <condition_variable>
 #include <deque>
-#include <iosfwd>
+#include <functional>
+#include <map>
 #include <mutex>
-#include <ostream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "core/sdk_base.h"
+#include "tools/vexosh/event.h"
 #include "tools/vexosh/lags.h"
 
 namespace vexosh {
@@ -28,12 +29,10 @@ struct CpuPacket {
 class Session {
 public:
     /// Brings the card up. Throws std::runtime_error when the driver gives no instance.
-    explicit Session(std::ostream& out);
+    Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
     ~Session();
-
-    std::ostream& out() { return out_; }
 
     /// The driver, for one caller at a time: the reference lives as long as the lock.
     class Driver {
@@ -52,7 +51,10 @@ public:
     /// The LAGs; to be used with the driver held.
     Lags& lags() { return lags_; }
 
-    /// Prints the MAC table as the driver lists it to its subscribers.
+    /// To be locked while a command runs: one at a time, of whichever shell.
+    std::unique_lock<std::mutex> turn() { return {command_mutex_, std::defer_lock}; }
+
+    /// Has the driver list the MAC table to its subscribers; the followers are told.
     void walk_mac_table();
 
     /// Lets everything that is due happen: on the manual clock all pending events, including what
@@ -61,8 +63,16 @@ public:
 
     /// Whether ports that come up are put into forwarding; on at first.
     void set_auto_forwarding(bool on) { auto_forwarding_ = on; }
-    /// Whether events are printed as they come; off at first.
-    void set_print_events(bool on);
+
+    /// Somebody who is told what happens, on the thread on which it does.
+    using Follower = std::function<void(const Event&)>;
+    /// @return what unfollow() and follow_all() are told.
+    int follow(Follower follower);
+    /// When it returns, the follower is told nothing any more.
+    void unfollow(int id);
+    /// Whether a follower is told of packets for the CPU, link and MAC table changes, too, and not
+    /// only of what was asked for by a command or cannot wait; off at first.
+    void follow_all(int id, bool all);
 
     /// Packets for the CPU since the start or the last clear, the last few thousand of them.
     std::vector<CpuPacket> cpu_packets() const;
@@ -77,12 +87,16 @@ private:
     static void on_packet(class RxPacket* packet, void* cookie);
     static void on_link(class LinkStatus* status, class Usp* port);
     static void on_mac(class L2Addr* addr, int type, void* data);
-    void print(const std::string& line);
+    struct Listener {
+        Follower follower;
+        bool all = false;
+    };
+    void tell(const Event& event, bool everybody);
     void manage();
     void handle(const LinkEvent& event);
 
-    std::ostream& out_;
     VexoSdkBase* sdk_ = nullptr;
+    std::mutex command_mutex_;
     std::recursive_mutex driver_mutex_;
     Lags lags_; // of the driver's mutex, too
 
@@ -92,9 +106,13 @@ private:
     std::deque<CpuPacket> packets_;
     std::size_t packet_count_ = 0;
     std::atomic<bool> auto_forwarding_{true};
-    std::atomic<bool> print_events_{false};
     bool stopping_ = false;
     std::thread manager_; // not with the manual clock
+
+    std::mutex listeners_mutex_; // of what follows
+    std::map<int, Listener> listeners_;
+    int last_listener_ = 0;
+    std::atomic<int> listening_to_all_{0};
 };
 
 } // namespace vexosh

@@ -1,12 +1,12 @@
 #include "tools/vexosh/shell.h"
 
-#include <fstream>
-#include <istream>
+#include <thread>
+
+#include "tools/vexosh/interrupt.h"
+#include "tools/vexosh/json_table.h"
 
 namespace vexosh {
 namespace {
-
-constexpr int kDeepestScript = 16;
 
 std::string joined(const std::vector<std::string>& words, const char* separator)
 {
@@ -82,61 +82,120 @@ void require(bool done, const std::string& what)
     }
 }
 
-void print(Shell& shell, const vexosim::TextTable& table, const char* when_empty)
+namespace {
+
+void print_text(Shell& shell, const vexosim::TextTable& table)
 {
-    shell.out() << (table.rows.empty() ? std::string(when_empty) + "\n" : table.text());
+    const std::string text = table.text();
+    const std::size_t head = text.find('\n');
+    shell.out() << (shell.colour()
+                        ? "\033[1m" + text.substr(0, head) + "\033[0m" + text.substr(head)
+                        : text);
 }
 
-void Shell::run_line(const std::string& line)
+} // namespace
+
+void print(Shell& shell, const vexosim::TextTable& table, const char* when_empty)
 {
-    for (const std::string& command : split_commands(line)) {
-        const std::vector<std::string> words = split_words(command);
-        if (!words.empty()) {
-            run_command(words);
-        }
-        if (finished_) {
-            return;
-        }
+    if (table.rows.empty() && !shell.json()) {
+        shell.out() << when_empty << '\n';
+    } else {
+        print(shell, table);
     }
 }
 
-void Shell::run_command(const std::vector<std::string>& words)
+void print(Shell& shell, const vexosim::TextTable& table)
 {
+    if (shell.json()) {
+        shell.out() << json_of(shell.command(), table).dump() << '\n';
+    } else {
+        print_text(shell, table);
+    }
+}
+
+void print(Shell& shell, const vexosim::TextTable& table, const nlohmann::ordered_json& more,
+           const std::string& text)
+{
+    if (!shell.json()) {
+        shell.out() << text;
+        return;
+    }
+    auto json = json_of(shell.command(), table);
+    json.update(more);
+    shell.out() << json.dump() << '\n';
+}
+
+void print_properties(Shell& shell, const vexosim::TextTable& table)
+{
+    if (shell.json()) {
+        shell.out() << json_of_properties(shell.command(), table).dump() << '\n';
+    } else {
+        print_text(shell, table);
+    }
+}
+
+/// A command's turn on the session; commands that it runs are part of it.
+class Shell::Turn {
+public:
+    explicit Turn(Shell& shell) : shell_(shell)
+    {
+        if (shell_.depth_++ == 0) {
+            shell_.turn_.lock();
+        }
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+    ~Turn()
+    {
+        shell_.out_.flush();
+        if (--shell_.depth_ == 0) {
+            shell_.turn_.unlock();
+        }
+    }
+
+private:
+    Shell& shell_;
+};
+
+Shell::Shell(Session& session, Console& console)
+    : session_(session), out_(console), turn_(session.turn())
+{
+    follower_ = session_.follow([&console](const Event& event) { console.tell(event); });
+}
+
+Shell::~Shell()
+{
+    session_.unfollow(follower_);
+}
+
+void Shell::run_command(const std::string& text)
+{
+    const std::vector<std::string> words = split_words(text);
     std::size_t length = 0;
     const Command* command = find_command(words, length);
     if (command == nullptr) {
         throw BadInput(unknown_command(words));
     }
     Words rest({words.begin() + static_cast<std::ptrdiff_t>(length), words.end()}, *command);
+    const Turn turn(*this);
+    command_ = command->words;
     command->run(*this, rest);
     session_.settle();
 }
 
-void Shell::run_script(std::istream& script, const std::string& name)
+bool Shell::pause(std::chrono::microseconds duration)
 {
-    if (nesting_ == kDeepestScript) {
-        throw BadInput(name + ": scripts are nested too deep");
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds kLook{50};
+    turn_.unlock();
+    const auto end = Clock::now() + duration;
+    auto left = end - Clock::now();
+    for (; left > Clock::duration::zero() && !stopped_ && !Interruptible::interrupted();
+         left = end - Clock::now()) {
+        std::this_thread::sleep_for(std::min<Clock::duration>(left, kLook));
     }
-    ++nesting_;
-    std::string line;
-    for (int number = 1; !finished_ && std::getline(script, line); ++number) {
-        try {
-            run_line(line);
-        } catch (const BadInput& problem) {
-            --nesting_;
-            throw BadInput(name + ":" + std::to_string(number) + ": " + problem.what());
-        }
-    }
-    --nesting_;
-}
-
-void Shell::run_script_file(const std::string& path)
-{
-    std::ifstream script(path);
-    if (!script) {
-        throw BadInput("cannot read script '" + path + "'");
-    }
-    run_script(script, path);
+    turn_.lock();
+    return left <= Clock::duration::zero();
 }
 
 } // namespace vexosh

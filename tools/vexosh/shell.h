@@ -1,11 +1,13 @@
 #pragma once
 
-#include <iosfwd>
+#include <chrono>
 #include <string>
 #include <vector>
 
+#include "tools/vexosh/console.h"
 #include "tools/vexosh/grammar.h"
 #include "tools/vexosh/input.h"
+#include "tools/vexosh/interpreter.h"
 #include "tools/vexosh/session.h"
 #include "vexosim/state.h"
 
@@ -44,35 +46,61 @@ private:
     std::size_t next_ = 0;
 };
 
-/// Reads commands and runs them on a session. A command that fails says why in one line.
-class Shell {
+/// Runs commands on a session. Several may share one.
+class Shell : public Interpreter {
 public:
-    explicit Shell(Session& session) : session_(session) {}
+    /// What commands print and what happens meanwhile goes to the console.
+    Shell(Session& session, Console& console);
+    ~Shell() override;
 
     Session& session() { return session_; }
-    std::ostream& out() { return session_.out(); }
+    std::ostream& out() { return out_; }
 
-    /// Runs a line of commands. Throws BadInput at the first that fails.
-    void run_line(const std::string& line);
-    /// Runs the lines of a script; errors name the script and the line.
-    void run_script(std::istream& script, const std::string& name);
-    void run_script_file(const std::string& path);
+    /// Tables as JSON for programs, or as text.
+    void use_json(bool on) { json_ = on; }
+    bool json() const { return json_; }
+    /// Whether heads of tables stand out.
+    void use_colour(bool on) { colour_ = on; }
+    bool colour() const { return colour_; }
 
-    bool finished() const { return finished_; }
-    void finish() { finished_ = true; }
+    /// Whether packets for the CPU, link and MAC table changes are told as they come.
+    void follow_events(bool on) { session_.follow_all(follower_, on); }
+
+    /// Lets real time pass, and others run commands.
+    /// @return false when it is to end before.
+    bool pause(std::chrono::microseconds duration);
+    /// Ends a pause, from another thread; the next ones are none.
+    void stop() { stopped_ = true; }
+
+    /// The words of the command that runs.
+    const std::string& command() const { return command_; }
 
 private:
-    void run_command(const std::vector<std::string>& words);
+    class Turn;
+    void run_command(const std::string& command) override;
 
     Session& session_;
-    bool finished_ = false;
-    int nesting_ = 0;
+    LineStream out_;
+    int follower_;
+    bool json_ = false, colour_ = false;
+    std::atomic<bool> stopped_{false};
+    std::string command_;
+    std::unique_lock<std::mutex> turn_; ///< held while a command runs
+    int depth_ = 0;                     ///< commands that run others
 };
 
 /// Throws unless the driver did what it was asked.
 void require(bool done, const std::string& what);
 
-/// Prints a table, or a line in its place when it has no rows.
+/// Prints a table, or a line in its place when it has no rows; as JSON, if so wanted, with all rows
+/// under the command's words.
 void print(Shell& shell, const vexosim::TextTable& table, const char* when_empty);
+/// The same where a table without rows has its head, too.
+void print(Shell& shell, const vexosim::TextTable& table);
+/// Prints a table, or as JSON, with `more` about all of it; `text` is how else that is said.
+void print(Shell& shell, const vexosim::TextTable& table, const nlohmann::ordered_json& more,
+           const std::string& text);
+/// Prints rows of a name and a value; the head says whose they are.
+void print_properties(Shell& shell, const vexosim::TextTable& table);
 
 } // namespace vexosh

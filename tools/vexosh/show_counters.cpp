@@ -106,7 +106,8 @@ void show_one(Shell& shell, Words& words, const Mp& port, Type type)
     require(narrow ? ((*driver).*Get32)(port, type, value)
                    : ((*driver).*Get64)(port, type, wide_value),
             words.command() + " " + text(port));
-    shell.out() << (narrow ? value : wide_value) << '\n';
+    const unsigned long long count = narrow ? value : wide_value;
+    print(shell, {}, {{"port", text(port)}, {"count", count}}, std::to_string(count) + "\n");
 }
 
 void show_counter(Shell& shell, Words& words)

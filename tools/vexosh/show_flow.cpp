@@ -62,7 +62,7 @@ void show_flow(Shell& shell, Words& words)
          {"state", text.state},
          {"match", text.match},
          {"actions", text.actions}}};
-    shell.out() << table.text();
+    print_properties(shell, table);
 }
 
 /// The mask of an ARP trap, which the driver does not keep, from the bytes that its entry matches.

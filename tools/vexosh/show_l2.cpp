@@ -107,10 +107,10 @@ void show_stp(Shell& shell, Words& words)
     const unsigned group = one_group ? words.number("GROUP", 0, INT32_MAX) : 0;
     words.end();
     auto driver = shell.session().driver();
-    shell.out() << ports_by("state", [&](const Mp& port) {
-                       return one_group ? group_state(*driver, group, port)
-                                        : read(*driver, port, &Sdk::get_port_stp_state);
-                   }).text();
+    print(shell, ports_by("state", [&](const Mp& port) {
+              return one_group ? group_state(*driver, group, port)
+                               : read(*driver, port, &Sdk::get_port_stp_state);
+          }));
 }
 
 void show_mirrors(Shell& shell, Words& words)
@@ -134,14 +134,12 @@ void show_learning(Shell& shell, Words& words)
     auto driver = shell.session().driver();
     int seconds = 0;
     const bool known = driver->get_fdb_aging_time(seconds);
-    shell.out() << "ageing "
-                << (!known         ? kUnreadable
-                    : seconds == 0 ? "off"
-                                   : std::to_string(seconds) + " s")
-                << '\n'
-                << ports_by("learn", [&](const Mp& port) {
-                       return learning_text(*driver, port);
-                   }).text();
+    const TextTable table =
+        ports_by("learn", [&](const Mp& port) { return learning_text(*driver, port); });
+    const std::string ageing = !known         ? kUnreadable
+                               : seconds == 0 ? "off"
+                                              : std::to_string(seconds) + " s";
+    print(shell, table, {{"ageing", ageing}}, "ageing " + ageing + "\n" + table.text());
 }
 
 void show_limits(Shell& shell, Words& words)
@@ -231,7 +229,7 @@ void show_vlan_rules(Shell& shell, Words& words)
 void show_vlans(Shell& shell, Words& words)
 {
     if (words.empty()) {
-        shell.out() << vexosim::vlans_table().text();
+        print(shell, vexosim::vlans_table());
         return;
     }
     const unsigned vid = next_vid(words);
@@ -243,7 +241,7 @@ void show_vlans(Shell& shell, Words& words)
     }
     TextTable table{{"vlan", "tagged", "untagged"}, {}};
     table.rows.push_back({std::to_string(vid), text(tagged), text(untagged)});
-    shell.out() << table.text();
+    print(shell, table);
 }
 
 void show_switch(Shell& shell, Words& words)
@@ -253,9 +251,11 @@ void show_switch(Shell& shell, Words& words)
     bool to_cpu = false;
     unsigned mode = 0;
     const bool known = driver->get_switch_unknown_unicast_to_cpu(to_cpu);
-    shell.out() << "unknown-to-cpu  " << (known ? show_value(to_cpu) : kUnreadable) << '\n'
-                << "forward-mode    "
-                << (driver->get_switch_forward_mode(mode) ? show_value(mode) : kUnreadable) << '\n';
+    print_properties(shell,
+                     {{"switch", ""},
+                      {{"unknown-to-cpu", known ? show_value(to_cpu) : kUnreadable},
+                       {"forward-mode",
+                        driver->get_switch_forward_mode(mode) ? show_value(mode) : kUnreadable}}});
 }
 
 constexpr Command kCommands[] = {

@@ -28,7 +28,7 @@ void show_ports(Shell& shell, Words& words)
              learning_text(*driver, port), read(*driver, port, &Sdk::get_port_ingress_discarding),
              read(*driver, port, &Sdk::get_port_stp_state)});
     }
-    shell.out() << table.text();
+    print(shell, table);
 }
 
 std::string pause_text(Sdk& sdk, const Mp& port)
@@ -203,7 +203,7 @@ void show_port(Shell& shell, Words& words)
     add_link(table, *driver, port);
     add_vlan(table, *driver, port);
     add_traffic(table, *driver, port);
-    shell.out() << table.text();
+    print_properties(shell, table);
 }
 
 constexpr Command kCommands[] = {

@@ -4,9 +4,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <set>
+
+#include "tools/vexosh/grammar.h"
+#include "tools/vexosh/input.h"
+#include "tools/vexosh/interrupt.h"
 
 namespace vexosh {
 namespace {
@@ -61,7 +66,13 @@ unsigned char complete(EditLine* line, int)
 
 } // namespace
 
-void run_terminal(Shell& shell)
+bool wants_colour(int stream)
+{
+    const char* no_colour = std::getenv("NO_COLOR");
+    return isatty(stream) != 0 && (no_colour == nullptr || *no_colour == '\0');
+}
+
+void run_terminal(Interpreter& shell)
 {
     const std::unique_ptr<EditLine, void (*)(EditLine*)> line(
         el_init("vexosh", stdin, stdout, stderr), el_end);
@@ -82,10 +93,14 @@ void run_terminal(Shell& shell)
         if (length > 1) {
             ::history(past.get(), &event, H_ENTER, text);
         }
+        const Interruptible while_it_runs;
         try {
             shell.run_line(text);
         } catch (const BadInput& problem) {
-            std::cerr << problem.what() << std::endl;
+            std::cerr << (wants_colour(STDERR_FILENO)
+                              ? "\033[31m" + std::string(problem.what()) + "\033[0m"
+                              : problem.what())
+                      << std::endl;
         }
     }
     std::cout << (shell.finished() ? "" : "\n");

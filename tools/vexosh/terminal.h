@@ -1,11 +1,14 @@
 #pragma once
 
-#include "tools/vexosh/shell.h"
+#include "tools/vexosh/interpreter.h"
 
 namespace vexosh {
 
-/// Reads commands at a prompt until `quit` or the end of input, with history and completion of
-/// command words. Errors are printed and the prompt comes back.
-void run_terminal(Shell& shell);
+/// Prompts for lines until the end of input or `quit`; errors are printed and forgotten. Ctrl-C
+/// ends what a line waits for.
+void run_terminal(Interpreter& shell);
+
+/// Whether a stream is a terminal whose user does not say NO_COLOR.
+bool wants_colour(int stream);
 
 } // namespace vexosh

@@ -1,0 +1,29 @@
+#include "tools/vexosh/interrupt.h"
+
+#include <csignal>
+
+namespace vexosh {
+
+namespace {
+
+volatile std::sig_atomic_t pressed = 0;
+
+} // namespace
+
+Interruptible::Interruptible()
+{
+    pressed = 0;
+    before_ = std::signal(SIGINT, [](int) { pressed = 1; });
+}
+
+Interruptible::~Interruptible()
+{
+    std::signal(SIGINT, before_);
+}
+
+bool Interruptible::interrupted()
+{
+    return pressed != 0;
+}
+
+} // namespace vexosh
