@@ -103,6 +103,32 @@ TEST_F(Refusals, ABadIpv6HeaderIsForTheCpu)
     EXPECT_EQ(send(1, with(good, 19, 0)), "5");
 }
 
+TEST_F(Refusals, APacketMayEndWithItsHeader)
+{
+    const Frame v4 = checked(with(to_router4(kFar4), 17, 20)),
+                v6 = with(to_router6(ip6(0x20, 1)), 19, 0);
+    EXPECT_EQ(send(1, FrameView(v4).first(14 + 20)), "5");
+    EXPECT_EQ(send(1, FrameView(v6).first(14 + 40)), "5");
+}
+
+TEST_F(Refusals, TheFirstOfTwoRefusalsCounts)
+{
+    const auto optional = [](const Frame& frame) { return checked(with(frame, 14, 0x46)); };
+    const std::uint32_t link = ip4(169, 254, 0, 1), loop = ip4(127, 0, 0, 1);
+    host(kFar4, hop(1, kCpuPort));
+    EXPECT_EQ(cpu_reason(with(to_router4(link), 25, 1)), "bad IP header");
+    EXPECT_EQ(send(1, to_router4(link, 64, loop)), "2");
+    EXPECT_EQ(send(1, optional(to_router4(link))), "2");
+    EXPECT_EQ(send(1, optional(to_router4(kFar4, 64, loop))), "drop:l3_martian");
+    EXPECT_EQ(cpu_reason(optional(to_router4(kFar4))), "bad IP header");
+    EXPECT_FALSE(chip.l3_hosts.find(IpAddress::from_ip4(kFar4))->hit) << "it was not asked for";
+    EXPECT_EQ(send(1, to_router4(kFar4 + 1, 1, link)), "drop:l3_martian");
+    ASSERT_EQ(chip.l3_interfaces.destroy(3), 0);
+    EXPECT_EQ(cpu_reason(to_router4(kFar4 + 1, 1)), "hop count");
+    chip.l3_routes.erase({IpAddress::from_ip4(0), 0});
+    EXPECT_EQ(send(1, to_router4(kFar4 + 1, 64, link)), "drop:l3_martian");
+}
+
 TEST_F(Refusals, Ipv4MartiansAreDropped)
 {
     for (std::uint32_t address :
@@ -213,7 +239,12 @@ TEST_F(Refusals, ATraceSaysWhyAFrameIsNotRouted)
     };
     says(to_router4(kFar4, 1), "1 hop left");
     says(to_router4(kFar4, 1), "no hop is left: for the CPU");
-    says(with(to_router4(kFar4), 25, 1), "a bad header checksum: for the CPU");
+    says(to_router4(kFar4, 0), "0 hops left");
+    says(with(to_router4(kFar4), 25, 1),
+         "interface 1\n                   a bad header checksum: for the CPU");
+    says(FrameView(to_router4(kFar4)).first(14 + 19), "shorter than an IPv4 header: for the CPU");
+    says(checked(with(with(to_router4(kFar4), 14, 0x46), 34, 7)),
+         "a header with options: for the CPU");
     says(to_router4(ip4(169, 254, 0, 1)), "for an address of the link: not routed");
     says(TestFrame(kRouter10, kHostA).type(0x0806), "not IP: not routed");
     chip.l3_routes.erase({IpAddress::from_ip4(0), 0});
