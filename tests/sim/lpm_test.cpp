@@ -149,4 +149,35 @@ TEST(LpmCapacity, AFullTableOfHostRoutesIsFound)
         ASSERT_EQ(find(table, address(i)), i % 2 == 0 ? -1 : static_cast<int>(i % 512));
 }
 
+IpBits scattered(std::uint32_t i, std::uint32_t flipped = 0)
+{
+    return IpBits(IpAddress::from_ip4(i * 0x9e3779b1u ^ flipped));
+}
+
+TEST(LpmCapacity, ATrieHasRoomFor32767Prefixes)
+{
+    LpmTrie trie;
+    for (std::uint32_t i = 1; i <= 32767; ++i)
+        trie.add(scattered(i), 32, static_cast<LpmTrie::Number>(i));
+    for (std::uint32_t i = 1; i <= 32767; ++i)
+        ASSERT_EQ(trie.find(scattered(i)), i);
+}
+
+/// Two prefixes take three nodes: one is where they part, at their last nibble but one.
+TEST(LpmCapacity, TheNodesOfPrefixesThatGoAreUsedAgain)
+{
+    LpmTrie trie;
+    for (std::uint32_t i = 0; i < 100'000; ++i) {
+        const IpBits one = scattered(i), other = scattered(i, 0x10);
+        trie.add(one, 32, 1);
+        trie.add(other, 32, 2);
+        ASSERT_EQ(trie.find(one), 1) << i;
+        ASSERT_EQ(trie.find(other), 2) << i;
+        trie.erase(one, 32, 0, LpmTrie::kNone);
+        ASSERT_EQ(trie.find(one), LpmTrie::kNone) << i;
+        ASSERT_EQ(trie.find(other), 2) << i;
+        trie.erase(other, 32, 0, LpmTrie::kNone);
+    }
+}
+
 } // namespace
