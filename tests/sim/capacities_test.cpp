@@ -1,5 +1,7 @@
 // The tables' capacities are the profile's.
+#include <bcm/l2.h>
 #include <bcmx/field.h>
+#include <bcmx/l2.h>
 #include <bcmx/l3.h>
 #include <bcmx/trunk.h>
 
@@ -78,6 +80,38 @@ TEST_F(SmallCard, TakesInterfacesHostsAndRoutesUpToItsCapacity)
     EXPECT_EQ(add_host(2), BCM_E_FULL);
     EXPECT_EQ(add_route(1), 0);
     EXPECT_EQ(add_route(2), BCM_E_FULL);
+}
+
+/// A card with room for one MAC address, which is there.
+struct CardWithOneMac : vexokit::BareCardTest {
+    CardWithOneMac()
+    {
+        vexosim::Profile profile = vexosim::profile();
+        profile.macs = 1;
+        vexosim::set_profile(profile);
+        bring_up();
+        bcmx_l2_addr_t entry = {};
+        entry.mac[5] = 1;
+        entry.vid = 1;
+        entry.flags = BCM_L2_STATIC;
+        entry.lport = vexosim::kFirstLport + 1;
+        EXPECT_EQ(bcmx_l2_addr_add(&entry, nullptr), 0);
+    }
+};
+
+TEST_F(CardWithOneMac, AnInterfacesMacEntryNeedsRoomUnlessItsAddressIsThere)
+{
+    bcmx_l3_intf_t intf = {};
+    intf.l3i_vid = 1;
+    intf.l3i_flags = BCM_L3_ADD_TO_ARL;
+    intf.l3i_mac_addr[5] = 2;
+    EXPECT_EQ(bcmx_l3_intf_create(&intf), BCM_E_FULL);
+    EXPECT_EQ(bcmx_l3_intf_find(&intf), BCM_E_NOT_FOUND);
+    intf.l3i_flags = 0;
+    EXPECT_EQ(bcmx_l3_intf_create(&intf), 0);
+    intf.l3i_flags = BCM_L3_ADD_TO_ARL;
+    intf.l3i_mac_addr[5] = 1;
+    EXPECT_EQ(bcmx_l3_intf_create(&intf), 0);
 }
 
 } // namespace

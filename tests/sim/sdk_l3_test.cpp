@@ -1,9 +1,12 @@
+#include <bcm/l2.h>
+#include <bcmx/l2.h>
 #include <bcmx/l3.h>
 #include <bcmx/trunk.h>
 
 #include <cstring>
 
 #include "tests/sim/card_that_is_up.h"
+#include "vexosim/state.h"
 
 namespace {
 
@@ -63,6 +66,19 @@ struct SdkL3 : CardThatIsUp {
         record.l3r_nexthop_ip = 0x0a0000fe;
         set_mac(record.l3r_nexthop_mac, 9);
         return record;
+    }
+
+    static bcmx_l2_addr_t mac_entry(int mac, int vid, uint32_t flags)
+    {
+        bcmx_l2_addr_t entry = {};
+        set_mac(entry.mac, mac);
+        entry.vid = static_cast<bcm_vlan_t>(vid);
+        entry.flags = flags;
+        return entry;
+    }
+    static bool fdb_has(const std::string& line)
+    {
+        return vexosim::fdb_table().text().find(line) != std::string::npos;
     }
 
     static int find(bcmx_l3_host_t record) { return bcmx_l3_host_find(&record); }
@@ -160,6 +176,37 @@ TEST_F(SdkL3, InterfacesGoOneByOneOrAllTogether)
     EXPECT_EQ(bcmx_l3_intf_delete_all(), 0);
     intf.l3i_intf_id = 1;
     EXPECT_EQ(bcmx_l3_intf_get(&intf), BCM_E_NOT_FOUND);
+}
+
+TEST_F(SdkL3, AnInterfaceHasAMacEntryIfItAsksForOne)
+{
+    EXPECT_FALSE(fdb_has("02:00:00:00:00:01")) << "none has";
+    bcmx_l2_addr_t learned = mac_entry(2, 12, 0);
+    learned.lport = lport(1);
+    ASSERT_EQ(bcmx_l2_addr_add(&learned, nullptr), 0);
+    bcmx_l3_intf_t intf = interface_of(2, 12);
+    intf.l3i_flags = BCM_L3_ADD_TO_ARL;
+    ASSERT_EQ(bcmx_l3_intf_create(&intf), 0);
+    EXPECT_TRUE(fdb_has("  12  02:00:00:00:00:02  cpu   static")) << "in the learned one's place";
+}
+
+TEST_F(SdkL3, AnInterfaceLeavesMacEntriesThatAreNotItsOwn)
+{
+    bcmx_trunk_create_id(4);
+    bcmx_l2_addr_t on_trunk = mac_entry(2, 12, BCM_L2_STATIC | BCM_L2_TRUNK_MEMBER),
+                   learned = mac_entry(3, 12, 0);
+    on_trunk.tgid = 4;
+    learned.lport = lport(53);
+    for (bcmx_l2_addr_t* other : {&on_trunk, &learned}) {
+        bcmx_l3_intf_t intf = interface_of(other->mac[5], 12);
+        intf.l3i_flags = BCM_L3_ADD_TO_ARL;
+        ASSERT_EQ(bcmx_l3_intf_create(&intf), 0);
+        ASSERT_EQ(bcmx_l2_addr_delete(other->mac, 12), 0);
+        ASSERT_EQ(bcmx_l2_addr_add(other, nullptr), 0);
+        ASSERT_EQ(bcmx_l3_intf_delete(&intf), 0);
+    }
+    EXPECT_TRUE(fdb_has("02:00:00:00:00:02"));
+    EXPECT_TRUE(fdb_has("02:00:00:00:00:03"));
 }
 
 TEST_F(SdkL3, GivesBackTheHostThatWasAdded)
