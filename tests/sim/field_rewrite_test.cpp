@@ -72,6 +72,17 @@ TEST_F(FieldRewriting, AnIp6HeaderCutShortKeepsItsTrafficClass)
     EXPECT_EQ(sent(cut), cut.bytes());
 }
 
+/// One of them needs the carry of a carry.
+TEST_F(FieldRewriting, EveryChecksumIsCorrectedForANewTos)
+{
+    entry(kToHostB, {act(bcmFieldActionTosNew, 0x5a)});
+    for (int sum = 0; sum <= 0xff; ++sum) {
+        const TestFrame packet = changed(frame.ip(2, 1), {{24, 0}, {25, sum}});
+        const Frame out = sent(packet);
+        ASSERT_EQ(out[24] << 8 | out[25], sum < 0x5a ? 0xffff + sum - 0x5a : sum - 0x5a) << sum;
+    }
+}
+
 TEST_F(FieldRewriting, AWrongChecksumStaysWrongByTheSame)
 {
     entry(kToHostB, {act(bcmFieldActionTosNew, 0x5a)});
@@ -150,6 +161,16 @@ TEST_F(FieldRewriting, AMirrorLosesWhatIsTooLongAsItWasSent)
     EXPECT_EQ(chip.drops.mirrors[static_cast<std::size_t>(DropReason::egress_too_long)], 1u);
     entry(kToHostB, {act(bcmFieldActionInnerVlanDelete)});
     EXPECT_EQ(send(1, long_one), "2:v20 3:v20 4 9:v20");
+}
+
+TEST_F(FieldRewriting, AMirrorOfIngressLosesWhatIsTooLongAsItWasReceived)
+{
+    for (int port : {1, 2, 3, 4})
+        chip.ports.set_frame_max(port, 1600);
+    ASSERT_EQ(chip.mirrors.set(1, 9, 0x3), 0);
+    entry(kToHostB, {act(bcmFieldActionInnerVlanDelete)});
+    EXPECT_EQ(send(1, TestFrame(kHostB, kHostA, 1514).tag(9).tag(20)), "2:v20 3:v20 4");
+    EXPECT_EQ(send(1, TestFrame(kHostB, kHostA, 1510).tag(9).tag(20)), "2:v20 3:v20 4 9:v20");
 }
 
 } // namespace

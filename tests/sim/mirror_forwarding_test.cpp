@@ -211,6 +211,20 @@ TEST_F(MirrorForwarding, ACopyThatIsTooLongForTheDestinationIsLost)
     EXPECT_EQ(send(1, kAToB.tag(10)), "2 3:v10 9:v10") << "one tag does not count";
 }
 
+TEST_F(MirrorForwarding, OneTagOfACopyDoesNotCountAndTheSecondDoes)
+{
+    const TestFrame frame = kAToB.tag(100).tag(10);
+    mirror(1, kIngress);
+    chip.ports.set_frame_max(kProbe, 64);
+    EXPECT_EQ(send(1, frame), "2:v100 3:v10") << "as received it has two";
+    chip.ports.set_frame_max(kProbe, 68);
+    EXPECT_EQ(send(1, frame), "2:v100 3:v10 9:v10");
+    mirror(1, 0);
+    mirror(2, kTrueEgress);
+    chip.ports.set_frame_max(kProbe, 64);
+    EXPECT_EQ(send(1, frame), "2:v100 3:v10 9:v100") << "as it left it has one";
+}
+
 TEST_F(MirrorForwarding, TheDestinationCountsWhatItSends)
 {
     mirror(1, kBoth);
@@ -251,6 +265,22 @@ TEST_F(MirrorForwarding, TheCpuMayBeTheDestination)
     EXPECT_EQ(send(2, kBToA), "1");
     EXPECT_EQ(send(1, TestFrame(kBridgeGroup, kHostA)), "cpu");
     EXPECT_EQ(take().reason, bcmRxReasonBpdu) << "one copy, for both";
+}
+
+TEST_F(MirrorForwarding, TheCpuPortDoesNotSendCopiesThatMirrorsMake)
+{
+    mirror(1, kIngress, kCpuPort);
+    mirror(kCpuPort, kTrueEgress);
+    EXPECT_EQ(send(1, kAToB), "2 3 cpu");
+    EXPECT_EQ(send(1, TestFrame(kBridgeGroup, kHostA)), "9:v1 cpu") << "but the BPDU";
+}
+
+TEST_F(MirrorForwarding, WhatDoesNotReachTheCpuIsNotCopiedByItsPort)
+{
+    for (std::size_t i = 0; i < CpuReceive::kQueueDepth; ++i)
+        send(1, TestFrame(kBridgeGroup, kHostA));
+    mirror(kCpuPort, kTrueEgress);
+    EXPECT_EQ(send(1, TestFrame(kBridgeGroup, kHostA)), "drop:cpu_queue_full");
 }
 
 TEST_F(MirrorForwarding, ATraceTellsOfEachCopy)
