@@ -165,6 +165,21 @@ TEST_F(Counters, ControlFramesToThePortsOwnAddressEndThere)
     EXPECT_EQ(send(1, TestFrame(kHostC, kHostA)), "2") << "of another type";
 }
 
+TEST_F(Counters, APortWithoutAnAddressOfItsOwnLetsControlFramesToAddress0Pass)
+{
+    EXPECT_EQ(send(1, control_frame(0, 1)), "2");
+}
+
+TEST_F(Counters, APauseFrameMayEndWithItsCode)
+{
+    const Frame frame = control_frame(kPause, 1);
+    send(1, FrameView(frame).first(16));
+    EXPECT_EQ(of(1)["snmpDot3InPauseFrames"], 1u);
+    send(1, FrameView(frame).first(15));
+    EXPECT_EQ(of(1)["snmpDot3InPauseFrames"], 1u);
+    EXPECT_EQ(of(1)["snmpDot3ControlInUnknownOpcodes"], 1u);
+}
+
 TEST_F(Counters, ATaggedFrameIsNoControlFrame)
 {
     Frame frame = control_frame(kPause, 1);

@@ -222,6 +222,20 @@ TEST_F(CpuPath, HigherQueuesComeFirstAndEachQueueInOrder)
     EXPECT_EQ(order, "7 4 1 1 ");
 }
 
+TEST_F(CpuPath, UnknownUnicastIsCopiedToTheCpuWhereTheControlSaysSo)
+{
+    only({1, 2});
+    const int control = SwitchControls::kUnknownUnicastToCpu;
+    ASSERT_EQ(chip.controls.set_port(1, control, 1), 0);
+    EXPECT_EQ(send(1, kToB), "2 cpu");
+    EXPECT_EQ(take().reason, bcmRxReasonDestLookupFail);
+    EXPECT_EQ(send(1, kToAll), "2") << "of a group";
+    EXPECT_EQ(send(2, TestFrame(kHostB, kHostC)), "1") << "at another port";
+    ASSERT_EQ(chip.controls.set(control, 1), 0);
+    EXPECT_EQ(send(2, TestFrame(kHostB, kHostC)), "1 cpu");
+    EXPECT_EQ(send_from_cpu(kToB.tag(1)), "1 2") << "what the CPU itself has sent";
+}
+
 TEST_F(CpuPath, AFullQueueDropsAndCounts)
 {
     send_many(static_cast<int>(CpuReceive::kQueueDepth), kBpdu);

@@ -146,5 +146,11 @@ TEST_F(Learning, WhatTheCpuSendsTeachesWhereTheCpuIs)
     EXPECT_EQ(take().reason, bcmRxReasonL2Cpu);
 }
 
+TEST_F(Learning, AnUnknownSourceThatTheCpuSendsIsNotCopiedBackToIt)
+{
+    chip.ports.set_learn(kCpuPort, BCM_PORT_LEARN_CPU | BCM_PORT_LEARN_FWD);
+    EXPECT_EQ(send_from_cpu(kAToB.tag(1)), "1 2 3");
+}
+
 } // namespace
 } // namespace vexosim

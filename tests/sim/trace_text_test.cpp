@@ -42,6 +42,13 @@ TEST_F(Text, ATraceTellsWhatEachStageDecided)
               "result             untagged to 33\n");
 }
 
+TEST_F(Text, ATraceNamesOnlyThePortsThatSendUnderTagging)
+{
+    vlan(20, {}, {1, 2, 3});
+    EXPECT_NE(trace(1, kToAll.tag(20)).find("tagging            untagged to 2,33\n"),
+              std::string::npos);
+}
+
 TEST_F(Text, ATraceEndsWithTheReason)
 {
     chip.stgs.set(1, 1, 1);
