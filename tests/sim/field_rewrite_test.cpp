@@ -163,6 +163,15 @@ TEST_F(FieldRewriting, AMirrorLosesWhatIsTooLongAsItWasSent)
     EXPECT_EQ(send(1, long_one), "2:v20 3:v20 4 9:v20");
 }
 
+TEST_F(FieldRewriting, TheCpuPortsMirrorCopiesWhatTheCpuGets)
+{
+    chip.mirrors.set_format(1);
+    ASSERT_EQ(chip.mirrors.set(kCpuPort, 9, 0xd), 0);
+    entry(kToHostB, {set_mac(bcmFieldActionSrcMacNew, kHostC), act(bcmFieldActionTrapToCpu)});
+    EXPECT_EQ(send(1, frame), "9:v1 cpu");
+    EXPECT_EQ(left_at(9), Frames{frame.tag(1).bytes()});
+}
+
 TEST_F(FieldRewriting, AMirrorOfIngressLosesWhatIsTooLongAsItWasReceived)
 {
     for (int port : {1, 2, 3, 4})

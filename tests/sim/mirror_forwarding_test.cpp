@@ -111,6 +111,15 @@ TEST_F(MirrorForwarding, WhereTheChipMayChooseItTagsCopies)
     EXPECT_EQ(send(1, kAToB), "2 3 9");
 }
 
+TEST_F(MirrorForwarding, ItsTagIsTheVlansUnlessTheFrameHasNone)
+{
+    chip.mirrors.set_format(0);
+    mirror(1, kIngress);
+    EXPECT_EQ(send(1, kAToB.tag(0, 5)), "2 3 9:v1") << "in VLAN 1";
+    chip.ports.set_discard(1, 1);
+    EXPECT_EQ(send(1, kAToB), "9 drop:discard_all") << "not yet in a VLAN";
+}
+
 TEST_F(MirrorForwarding, EachPortThatSendsIsCopied)
 {
     mirror(2, kTrueEgress);
@@ -281,6 +290,36 @@ TEST_F(MirrorForwarding, WhatDoesNotReachTheCpuIsNotCopiedByItsPort)
         send(1, TestFrame(kBridgeGroup, kHostA));
     mirror(kCpuPort, kTrueEgress);
     EXPECT_EQ(send(1, TestFrame(kBridgeGroup, kHostA)), "drop:cpu_queue_full");
+}
+
+TEST_F(MirrorForwarding, OneMirrorMayGoToTheCpuAndAnotherToAPort)
+{
+    mirror(1, kIngress, kCpuPort);
+    mirror(2, kTrueEgress);
+    EXPECT_EQ(send(1, kAToB), "2 3 9 cpu");
+}
+
+TEST_F(MirrorForwarding, OnlyWhatIsTooLongIsDiscardedByTheDestination)
+{
+    mirror(1, kIngress);
+    chip.ports.set_link(kProbe, false);
+    send(1, kAToB);
+    EXPECT_EQ(chip.counters[kProbe].out_discards, 0u);
+    chip.ports.set_link(kProbe, true);
+    chip.ports.set_frame_max(kProbe, 64);
+    send(1, TestFrame(kHostB, kHostA, 61));
+    EXPECT_EQ(chip.counters[kProbe].out_discards, 1u);
+}
+
+TEST_F(MirrorForwarding, ACopyIsCountedAsTheFrameThatItIs)
+{
+    mirror(1, kIngress);
+    send(1, TestFrame(0x333300000001, kHostA).type(0x86dd));
+    EXPECT_EQ(chip.counters[kProbe].out_ip6_multicast, 1u);
+    chip.ports.set_queue_count(8);
+    chip.ports.set_cos(1, 5, 6);
+    send(1, kAToB.tag(1, 5));
+    EXPECT_EQ(chip.counters[kProbe].out_queue[6], 1u);
 }
 
 TEST_F(MirrorForwarding, ATraceTellsOfEachCopy)

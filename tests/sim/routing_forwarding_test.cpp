@@ -280,8 +280,10 @@ TEST_F(Routing, MirrorsOfIngressCopyWhatIsReceived)
 {
     host(kFar4, hop(2, 3));
     chip.mirrors.set_format(1);
-    chip.mirrors.set(1, 9, 0x3);
-    EXPECT_EQ(sent(to_router4(kFar4), 9), to_router4(kFar4));
+    for (std::uint32_t flags : {0x3u, 0xfu}) {
+        chip.mirrors.set(1, 9, flags);
+        EXPECT_EQ(sent(to_router4(kFar4), 9), to_router4(kFar4)) << flags;
+    }
 }
 
 TEST_F(Routing, AnInterfaceThatIsReplacedRoutesAsTheNewOne)
