@@ -121,6 +121,29 @@ TEST(L3InterfaceTable, WhatIsNotThereIsNotFound)
     EXPECT_FALSE(table.find(1, 1));
 }
 
+TEST(L3InterfaceTable, TheOthersAreStillFoundWhenOneGoes)
+{
+    L3InterfaceTable table;
+    unsigned id = 0;
+    for (MacAddress mac = 0; mac < 512; ++mac)
+        table.create(interface_of(mac, 1), id);
+    ASSERT_EQ(table.destroy(7), 0);
+    for (unsigned other = 0; other < 512; ++other)
+        ASSERT_EQ(table.find(other, 1).value_or(7), other);
+    EXPECT_FALSE(table.find(7, 1));
+}
+
+TEST(L3HostTable, TablesWithOtherEntriesDiffer)
+{
+    L3HostTable one, other;
+    one.add(IpAddress::from_ip4(1), {}, false);
+    EXPECT_FALSE(other == one);
+    other.add(IpAddress::from_ip4(1), {}, false);
+    EXPECT_TRUE(other == one);
+    other.set_usable(IpAddress::from_ip4(1), false);
+    EXPECT_FALSE(other == one);
+}
+
 TEST(L3HostTable, AnAddressHasOneEntryUnlessItIsReplaced)
 {
     L3HostTable hosts;
