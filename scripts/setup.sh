@@ -10,7 +10,7 @@ packages_of() {
         echo g++ cmake ninja-build pkg-config googletest libpcap-dev libedit-dev libcli11-dev \
             nlohmann-json3-dev
         ;;
-    hosts) echo iproute2 iputils-ping tcpdump tshark lldpd openvswitch-switch ;;
+    hosts) echo iproute2 iputils-ping tcpdump tshark lldpd openvswitch-switch python3-jsonschema ;;
     ci) echo g++-powerpc-linux-gnu qemu-user clang-format clang-tidy ;;
     bench) echo libbenchmark-dev valgrind iproute2 iputils-ping openvswitch-switch ;;
     capture) echo iproute2 iputils-ping ethtool tcpdump socat lldpd openvswitch-switch ;;

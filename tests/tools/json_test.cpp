@@ -7,12 +7,24 @@ TEST(Json, ARowIsAnObjectWhoseNumbersAreNumbers)
 {
     const vexosim::TextTable table{{"vlan", "in packets", "ports"}, {{"10", "0", "1,2"}}};
     EXPECT_EQ(json_of("show vlans", table).dump(),
-              R"({"vexosh":1,"show":"vlans","rows":[{"vlan":10,"in_packets":0,"ports":"1,2"}]})");
+              R"({"vexosh":1,"show":"vlans","rows":[{"vlan":10,"in_packets":0,"ports":[1,2]}]})");
 }
 
 TEST(Json, ATableWithoutRowsIsAnEmptyList)
 {
     EXPECT_EQ(json_of("show fdb", {{"vlan"}, {}}).dump(), R"({"vexosh":1,"show":"fdb","rows":[]})");
+}
+
+TEST(Json, PortListsAreListsWhateverTheirLength)
+{
+    const vexosim::TextTable table{{"ports"}, {{"3"}, {"1,4-6,cpu"}, {"none"}, {"-"}}};
+    EXPECT_EQ(json_of("show x", table)["rows"].dump(),
+              R"([{"ports":[3]},{"ports":[1,4,5,6,"cpu"]},{"ports":[]},{"ports":[]}])");
+}
+
+TEST(Json, TextsStayTextsThatLookLikeNumbers)
+{
+    EXPECT_EQ(json_of("show traps", {{"for"}, {{"6"}}})["rows"].dump(), R"([{"for":"6"}])");
 }
 
 TEST(Json, NumbersThatDoNotFitStayText)
@@ -34,11 +46,11 @@ struct JsonShell : ShellTest {};
 
 TEST_F(JsonShell, ACommandBehindJsonPrintsJsonAndTheNextDoesNot)
 {
-    EXPECT_EQ(run("json show vlans; show vlans"),
-              "{\"vexosh\":1,\"show\":\"vlans\",\"rows\":[{\"vlan\":1,\"tagged\":\"cpu\","
-              "\"untagged\":\"0-52\"}]}\n"
+    EXPECT_EQ(run("vlan create 9; vlan add 9 untagged 1; json show vlans 9; show vlans 9"),
+              "{\"vexosh\":1,\"show\":\"vlans\",\"rows\":[{\"vlan\":9,\"tagged\":[\"cpu\"],"
+              "\"untagged\":[1]}]}\n"
               "vlan  tagged  untagged\n"
-              "   1  cpu     0-52\n");
+              "   9  cpu            1\n");
 }
 
 TEST_F(JsonShell, AFailureLeavesTextAsItWas)

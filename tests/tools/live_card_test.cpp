@@ -103,10 +103,10 @@ TEST_F(LiveCard, JsonIsForTheClientThatWantsIt)
 {
     Client a(path_, console_a_), b(path_, console_b_);
     a.use_json(true);
-    a.run_line("show vlans");
-    b.run_line("show vlans");
-    EXPECT_EQ(console_a_.take(), "{\"vexosh\":1,\"show\":\"vlans\",\"rows\":[{\"vlan\":1,"
-                                 "\"tagged\":\"cpu\",\"untagged\":\"0-52\"}]}\n");
+    a.run_line("vlan create 9; show vlans 9");
+    b.run_line("show vlans 9");
+    EXPECT_EQ(console_a_.take(), "{\"vexosh\":1,\"show\":\"vlans\",\"rows\":[{\"vlan\":9,"
+                                 "\"tagged\":[\"cpu\"],\"untagged\":[]}]}\n");
     EXPECT_EQ(console_b_.take().substr(0, 4), "vlan");
 }
 
@@ -129,13 +129,26 @@ TEST_F(LiveCard, EventsReachTheClientsThatFollowThem)
 TEST_F(LiveCard, AClientThatDoesNotReadLosesEventsAndHoldsNobodyUp)
 {
     const vexosim::Fd socket = connect_to(path_);
-    ASSERT_TRUE(send_all(socket.get(), "{\"run\": \"events on; attach 1=mem; wait 1s\"}\n"));
+    MessageReader reader(socket.get());
+    ASSERT_TRUE(send_all(socket.get(), "{\"run\": \"events on\"}\n"));
+    ASSERT_TRUE(reader.next() && reader.next()->contains("done"));
     Client client(path_, console_a_);
-    for (int i = 0; i < 2000; ++i) {
-        client.run_line("send 1 dst=01:80:c2:00:00:0e type=0x88cc; wait 1s");
+    client.run_line("attach 1=mem; wait 1s");
+    for (int i = 0; i < 1000; ++i) { // each is more than 2,800 digits
+        client.run_line("send 1 dst=01:80:c2:00:00:0e type=0x88cc len=1400; wait 1s");
     }
     client.run_line("show cpu");
-    EXPECT_NE(console_a_.take().find("2000 packets reached the CPU"), std::string::npos);
+    EXPECT_NE(console_a_.take().find("1000 packets reached the CPU"), std::string::npos);
+
+    ASSERT_TRUE(send_all(socket.get(), "{\"run\": \"events off\"}\n"));
+    std::size_t told = 0, lost = 0;
+    for (std::optional<Message> message; (message = reader.next()) && !message->contains("done");) {
+        told += message->contains("event") && (*message)["event"]["event"] == "rx" ? 1 : 0;
+        lost += message->value("lost", std::size_t{0});
+    }
+    EXPECT_GT(told, 0u);
+    EXPECT_GT(lost, 0u);
+    EXPECT_EQ(told + lost, 1000u);
 }
 
 TEST_F(LiveCard, TheSocketIsForItsOwnerOnlyAndGoesWithTheServer)

@@ -7,8 +7,9 @@
 
 namespace vexosh {
 
-/// A table as JSON: {"vexosh": 1, "show": "fdb", "rows": [{"vlan": 10, ...}]}. Numbers are numbers.
-/// The version rises when something that was there changes or goes.
+/// A table as JSON: {"vexosh": 1, "show": "fdb", "rows": [{"vlan": 10, ...}]}. Numbers are numbers,
+/// lists of ports are lists. docs/schema/ says what there is; the version rises when something of
+/// it changes or goes.
 /// @param command "show fdb"; what is in front of the table's name is left out.
 nlohmann::ordered_json json_of(const std::string& command, const vexosim::TextTable& table);
 

@@ -54,7 +54,7 @@ void Outbox::failed(const std::string& error)
 void Outbox::add(std::string line)
 {
     const std::lock_guard lock(mutex_);
-    if (lost_events_ > 0 && bytes_ <= kRoom) {
+    if (lost_events_ > 0) {
         lines_.push_back(line_of({{"lost", lost_events_}}));
         bytes_ += lines_.back().size();
         lost_events_ = 0;
