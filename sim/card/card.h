@@ -8,6 +8,7 @@
 
 #include "sim/card/background.h"
 #include "sim/card/clock.h"
+#include "sim/card/next_traces.h"
 #include "sim/card/phys.h"
 #include "sim/card/port_map.h"
 #include "sim/card/properties.h"
@@ -58,6 +59,7 @@ public:
     Stage stage = Stage::absent;
     Background background;
     FrameObservers observers; ///< of all frames
+    NextTraces next_traces;   ///< one of them while it has something to trace
 
     /// Notes that the chip is at least this far up.
     void reach(Stage reached) { stage = std::max(stage, reached); }

@@ -130,4 +130,27 @@ std::string what_if(int user_port, FrameView frame)
         .text;
 }
 
+std::string trace_next(unsigned count, int user_port)
+{
+    const ChipLock chip;
+    const int chip_port = user_port == -1 ? -1 : chip_port_of(user_port);
+    if (user_port != -1 && chip_port < 0)
+        return "no port " + std::to_string(user_port);
+    NextTraces& traces = card().next_traces;
+    traces.start(count, chip_port, port_names());
+    std::erase(card().observers, &traces);
+    if (count > 0)
+        card().observers.push_back(&traces);
+    return {};
+}
+
+std::vector<std::string> take_traces()
+{
+    const ChipLock chip;
+    NextTraces& traces = card().next_traces;
+    if (traces.done())
+        std::erase(card().observers, &traces);
+    return traces.take();
+}
+
 } // namespace vexosim

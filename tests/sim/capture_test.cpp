@@ -12,6 +12,7 @@
 #include "tests/sim/pcapng_text.h"
 #include "tests/sim/wire_captures.h"
 #include "vexosim/capture.h"
+#include "vexosim/trace.h"
 
 namespace vexosim {
 namespace {
@@ -242,6 +243,33 @@ TEST_F(CardCapture, ABadPortOrPathStartsNothing)
     EXPECT_EQ(start_capture("/nowhere/x"), "cannot write /nowhere/x: No such file or directory");
     EXPECT_FALSE(std::filesystem::exists(dir_.path("x")));
     EXPECT_FALSE(capture_status());
+}
+
+TEST_F(CardCapture, TheNextFramesOfAPortAreTracedAsWhatIfTellsThem)
+{
+    const TestFrame frame(kHostB, kHostA);
+    const std::string before = what_if(1, frame);
+    ASSERT_EQ(trace_next(1, 1), "");
+    receive(2, TestFrame(kHostA, kHostC));
+    EXPECT_TRUE(take_traces().empty());
+    const std::string way = what_if(1, frame);
+    EXPECT_EQ(way, before);
+    receive(1, frame);
+    receive(1, frame);
+    const auto traces = take_traces();
+    ASSERT_EQ(traces.size(), 1u);
+    EXPECT_EQ(traces[0].substr(traces[0].find('\n') + 1), way);
+    EXPECT_EQ(traces[0].find("port 1 hex:00bb0000000200aa00000001"), 0u) << traces[0];
+}
+
+TEST_F(CardCapture, TracingEndsWhenItIsTold)
+{
+    ASSERT_EQ(trace_next(5), "");
+    receive(1, TestFrame(kHostB, kHostA));
+    EXPECT_EQ(trace_next(0), "");
+    receive(1, TestFrame(kHostB, kHostA));
+    EXPECT_EQ(take_traces().size(), 1u);
+    EXPECT_EQ(trace_next(1, 99), "no port 99");
 }
 
 } // namespace

@@ -70,7 +70,8 @@ struct Lpm : testing::TestWithParam<bool> {
         const int rc = table.add(prefix, {{id, 0, false, 0, 0}, false}, false);
         ASSERT_EQ(rc == 0, all.emplace(prefix, id).second);
     }
-    void erase(const IpPrefix& prefix)
+    /// By value: it may be the key in `all`.
+    void erase(IpPrefix prefix)
     {
         ASSERT_EQ(table.erase(prefix) == 0, all.erase(prefix) != 0);
     }

@@ -6,6 +6,7 @@
 
 #include <bcm/rx.h>
 
+#include <algorithm>
 #include <initializer_list>
 
 #include "tests/sim/path.h"
@@ -36,12 +37,14 @@ inline std::uint32_t load16(FrameView bytes, std::size_t at)
 {
     return static_cast<std::uint32_t>(bytes[at]) << 8 | bytes[at + 1];
 }
-/// What the sum of an IPv4 header's words comes to: 0xffff when its checksum is right.
+/// What the sum of an IPv4 header's words comes to, as far as they are there: 0xffff when its
+/// checksum is right.
 inline std::uint32_t header_sum(FrameView frame, std::size_t at = 14)
 {
     std::uint32_t sum = 0;
-    for (std::size_t i = 0; i < (frame[at] & 15u) * 4u; i += 2)
-        sum += load16(frame, at + i);
+    const std::size_t end = std::min<std::size_t>(at + (frame[at] & 15u) * 4u, frame.size() - 1);
+    for (std::size_t i = at; i < end; i += 2)
+        sum += load16(frame, i);
     while (sum > 0xffff)
         sum = (sum & 0xffff) + (sum >> 16);
     return sum;

@@ -4,6 +4,7 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <thread>
 
 #include "tests/tools/shell_test_fixture.h"
 #include "tools/vexosh/client.h"
@@ -26,6 +27,11 @@ public:
         const std::lock_guard lock(mutex_);
         events_.push_back(event);
         told_.notify_all();
+    }
+    std::string copy()
+    {
+        const std::lock_guard lock(mutex_);
+        return text_;
     }
     std::string take()
     {
@@ -233,6 +239,27 @@ TEST_F(LiveCard, AClientReadsScriptsItself)
     const std::string path = script("echo 1\nbogus\necho 2\n");
     EXPECT_EQ(error(client, "source " + path), path + ":2: unknown command 'bogus'; try help");
     EXPECT_EQ(console_a_.take(), "1\n");
+}
+
+/// Two shells on a card whose time is the system's.
+TEST(RealTime, TheNextFramesOfAPortAreTracedAsTheyCome)
+{
+    KeptConsole seen, other;
+    Session session;
+    Shell tracing(session, seen), sending(session, other);
+    sending.run_line("attach 1-2=mem; wait 1s");
+    std::thread sender([&] {
+        // Until it has been traced, as nothing tells when the other shell has begun.
+        while (seen.copy().find("result") == std::string::npos) {
+            sending.run_line("send 2 type=0x88b6; send 1 src=02:00:00:00:00:0a type=0x88b5");
+        }
+    });
+    tracing.run_line("trace next 1 1");
+    sender.join();
+    const std::string text = seen.take();
+    EXPECT_EQ(text.find("port 1 hex:ffffffffffff02000000000a88b5"), 0u) << text;
+    EXPECT_NE(text.find("\nresult "), std::string::npos) << text;
+    EXPECT_EQ(text.find("hex:", 11), std::string::npos) << text;
 }
 
 } // namespace

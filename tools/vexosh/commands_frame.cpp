@@ -72,6 +72,38 @@ void trace(Shell& shell, Words& words)
     shell.out() << vexosim::what_if(port, frame_from_words(words.rest()));
 }
 
+/// Prints what has been traced.
+/// @return how many frames that was.
+unsigned print_traces(Shell& shell)
+{
+    const std::vector<std::string> traces = vexosim::take_traces();
+    for (const std::string& text : traces) {
+        shell.out() << text << '\n';
+    }
+    shell.out().flush();
+    return static_cast<unsigned>(traces.size());
+}
+
+void trace_next(Shell& shell, Words& words)
+{
+    constexpr std::chrono::milliseconds kLook{50};
+    unsigned left = words.number("N", 1, 1'000'000);
+    const int port = words.empty() ? -1 : front_port(words.next("PORT"));
+    words.end();
+    if (vexosim::manual_clock()) {
+        throw BadInput("with the manual clock frames come by commands only; `trace PORT FRAME` "
+                       "tells their way");
+    }
+    if (const std::string why = vexosim::trace_next(left, port); !why.empty()) {
+        throw BadInput(why);
+    }
+    for (bool more = true; left > 0 && more;) {
+        more = shell.pause(kLook);
+        left -= std::min(left, print_traces(shell));
+    }
+    vexosim::trace_next(0);
+}
+
 void replay(Shell& shell, Words& words)
 {
     words.end();
@@ -109,6 +141,8 @@ constexpr Command kCommands[] = {
     {"transmit", "[tagged PORTS] [untagged PORTS] FRAME",
      "the CPU sends a frame: to where the tables say, or out of the given ports", transmit},
     {"trace", "PORT FRAME", "what would happen to a frame, stage by stage; nothing changes", trace},
+    {"trace next", "N [PORT]",
+     "the way of the next frames that arrive at a port, or at any; Ctrl-C ends it", trace_next},
     {"replay", "", "play the attached captures to their ends", replay},
     {"show capture", "FILE", "what is in a capture file, alike frames together", show_capture},
 };
