@@ -71,10 +71,7 @@ struct Lpm : testing::TestWithParam<bool> {
         ASSERT_EQ(rc == 0, all.emplace(prefix, id).second);
     }
     /// By value: it may be the key in `all`.
-    void erase(IpPrefix prefix)
-    {
-        ASSERT_EQ(table.erase(prefix) == 0, all.erase(prefix) != 0);
-    }
+    void erase(IpPrefix prefix) { ASSERT_EQ(table.erase(prefix) == 0, all.erase(prefix) != 0); }
     void compare(int addresses)
     {
         for (int i = 0; i < addresses; ++i) {
