@@ -18,7 +18,7 @@ std::string ports_text(const PortNames& names, PortSet ports)
 
 } // namespace
 
-Verdicts::Verdicts(PortNames names) : names_(std::move(names)), known_(kSlots) {}
+Verdicts::Verdicts(const PortNames& names) : names_(names), known_(kSlots) {}
 
 std::string_view Verdicts::of_received(const Packet& p)
 {

@@ -15,7 +15,7 @@ namespace vexosim {
 /// Options of packets, made once for all frames of which the same is to be said.
 class Verdicts {
 public:
-    explicit Verdicts(PortNames names);
+    explicit Verdicts(const PortNames& names);
 
     /// Where a frame goes, or why it goes nowhere. Valid until the next call.
     std::string_view of_received(const Packet& p);

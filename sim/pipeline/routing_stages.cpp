@@ -105,9 +105,8 @@ Step route_packet(const Chip& chip, Packet& p, const RoutingHeader& ip)
 
 std::string describe(const Chip& chip, const Packet& p, const RoutingHeader& ip)
 {
-    const std::string router = mac_text(p.dst) + " is the router in VLAN " + std::to_string(p.vid) +
-                               ", interface " +
-                               std::to_string(*chip.l3_interfaces.find(p.dst, p.vid));
+    std::string router = mac_text(p.dst) + " is the router in VLAN " + std::to_string(p.vid) +
+                         ", interface " + std::to_string(*chip.l3_interfaces.find(p.dst, p.vid));
     if (ip.fault != nullptr)
         return router;
     return router + "; " + ip_text(ip.src) + " to " + ip_text(ip.dst) + ", " +

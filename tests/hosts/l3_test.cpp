@@ -73,7 +73,7 @@ protected:
     {
         const std::string on = " dev " + interface;
         const std::string net6 = "2001:db8:" + std::to_string(vid) + "::";
-        const std::string last = address.substr(address.rfind(".") + 1, 1);
+        const std::string last = address.substr(address.rfind('.') + 1, 1);
         const std::string router = " lladdr " + vexosh::text(vexosh::Mac(mac(vid))) + on;
         const std::vector<std::string> commands = {
             "sysctl -q -w net.ipv6.conf.all.disable_ipv6=0",

@@ -49,7 +49,7 @@ struct Captures : Path {
     std::string said()
     {
         std::string text = end().text;
-        text.erase(0, text.find("\n", text.rfind("interface ")) + 1);
+        text.erase(0, text.find('\n', text.rfind("interface ")) + 1);
         return text.substr(0, text.find("counted "));
     }
 };

@@ -108,7 +108,7 @@ private:
         const auto data = file_.begin() + static_cast<long>(at_ + 28);
         frames.emplace_back(data, data + kept);
         std::string line = interfaces_.at(word(at_ + 8));
-        for (const Option& option : options(at_ + 28 + (kept + 3) / 4 * 4, end)) {
+        for (const Option& option : options(at_ + 28 + std::size_t{kept + 3} / 4 * 4, end)) {
             if (option.code == 2)
                 line += number(option.value) == 1 ? " received" : " sent";
             if (option.code == 5)

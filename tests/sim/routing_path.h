@@ -42,7 +42,8 @@ inline std::uint32_t load16(FrameView bytes, std::size_t at)
 inline std::uint32_t header_sum(FrameView frame, std::size_t at = 14)
 {
     std::uint32_t sum = 0;
-    const std::size_t end = std::min<std::size_t>(at + (frame[at] & 15u) * 4u, frame.size() - 1);
+    const std::size_t bytes = frame[at] & 15u;
+    const std::size_t end = std::min(at + bytes * 4, frame.size() - 1);
     for (std::size_t i = at; i < end; i += 2)
         sum += load16(frame, i);
     while (sum > 0xffff)
