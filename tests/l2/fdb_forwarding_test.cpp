@@ -142,30 +142,46 @@ TEST_F(FdbForwarding, AddressesAgeUnlessHeardAgain)
     EXPECT_FALSE(sdk().set_fdb_aging_time(-1));
 }
 
+struct LearningMode {
+    const char* name;
+    std::function<bool(VexoBcmSdk&)> set; ///< at port 4
+    bool forwards, to_cpu, learns;
+};
+
+const std::vector<LearningMode> kLearningModes = {
+    {"unlocked", [](auto& s) { return s.set_port_mac_lock(mp(4), false); }, true, false, true},
+    {"locked", [](auto& s) { return s.set_port_mac_lock(mp(4), true); }, false, true, false},
+    {"only learns", [](auto& s) { return s.set_port_mac_lock_ext(mp(4), false, false); }, false,
+     false, true},
+    {"locked, forwards", [](auto& s) { return s.set_port_mac_lock_ext(mp(4), true, true); }, true,
+     false, false},
+    {"locked, to the CPU", [](auto& s) { return s.set_port_mac_lock_ext(mp(4), true, false); },
+     false, true, false},
+};
+
 TEST_F(FdbForwarding, TheLearningModesActOnFramesOfUnknownSource)
 {
-    struct Row {
-        const char* mode;
-        std::function<bool(VexoBcmSdk&)> set;
-        bool forwards, to_cpu, learns;
-    };
-    const std::vector<Row> rows = {
-        {"unlocked", [](auto& s) { return s.set_port_mac_lock(mp(4), false); }, true, false, true},
-        {"locked", [](auto& s) { return s.set_port_mac_lock(mp(4), true); }, false, true, false},
-        {"only learns", [](auto& s) { return s.set_port_mac_lock_ext(mp(4), false, false); }, false,
-         false, true},
-        {"locked, forwards", [](auto& s) { return s.set_port_mac_lock_ext(mp(4), true, true); },
-         true, false, false},
-        {"locked, to the CPU", [](auto& s) { return s.set_port_mac_lock_ext(mp(4), true, false); },
-         false, true, false},
-    };
-    for (const Row& row : rows) {
+    for (const LearningMode& mode : kLearningModes) {
         EXPECT_TRUE(sdk().clear_fdb_table(true));
-        EXPECT_TRUE(row.set(sdk()));
-        expect_to_cpu(udp(host2, host(99)), 4, row.to_cpu);
-        EXPECT_EQ(way_to(host2), row.learns ? "4" : kFlood) << row.mode;
+        EXPECT_TRUE(mode.set(sdk()));
+        expect_to_cpu(udp(host2, host(99)), 4, mode.to_cpu);
+        EXPECT_EQ(way_to(host2), mode.learns ? "4" : kFlood) << mode.name;
         const TestFrame second = udp(host3, host(99));
-        EXPECT_EQ(ports_reached(second, 4), row.forwards ? "3 5 10" : "none") << row.mode;
+        EXPECT_EQ(ports_reached(second, 4), mode.forwards ? "3 5 10" : "none") << mode.name;
+    }
+}
+
+TEST_F(FdbForwarding, AStationThatMovesHereIsOfUnknownSourceToEveryLearningMode)
+{
+    for (const LearningMode& mode : kLearningModes) {
+        EXPECT_TRUE(sdk().clear_fdb_table(true));
+        EXPECT_TRUE(mode.set(sdk()));
+        for (const Host& station : {host2, host3})
+            hear(station, 5);
+        expect_to_cpu(udp(host2, host(99)), 4, mode.to_cpu);
+        EXPECT_EQ(way_to(host2), mode.learns ? "4" : "5") << mode.name;
+        const TestFrame second = udp(host3, host(99));
+        EXPECT_EQ(ports_reached(second, 4), mode.forwards ? "3 5 10" : "none") << mode.name;
     }
 }
 

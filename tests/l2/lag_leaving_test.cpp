@@ -20,21 +20,27 @@ TEST_F(Lag, DeletingBlocksTheLeavingMembersAndKeepsTheOthers)
     EXPECT_EQ(lists_left(), 0u);
 }
 
-TEST_F(Lag, DeletingRemovesEachPortOnceAndFreesItsOwnListFirst)
+TEST_F(Lag, DeletingListsThePortsBeforeItReadsTheTrunkAndFreesItsOwnListFirst)
 {
     give_link({3, 4});
     const unsigned id = make_lag({3, 4});
-    EXPECT_TRUE(sdk.delete_ports_from_lag(id, ports({3})));
-    const std::string made = vexosim::all_calls();
-    EXPECT_NE(made.find("bcmx_port_stp_set(3, 1)\n"
-                        "bcmx_lplist_port_remove([3, 4], 3, 0)\n"
-                        "bcmx_trunk_set(0, " +
-                        trunk_info(3, "4", "3") +
-                        ")\n"
-                        "bcmx_lplist_free([3])\n"
-                        "bcmx_lplist_free([4])\n"),
-              std::string::npos)
-        << made;
+    EXPECT_TRUE(sdk.delete_ports_from_lag(id, ports({3, 6})));
+    EXPECT_EQ(vexosim::all_calls(), "bcmx_lplist_init(out, 54, 0)\n"
+                                    "bcmx_lplist_init(out, 54, 0)\n"
+                                    "bcmx_lplist_add([], 3)\n"
+                                    "bcmx_lplist_add([3], 6)\n"
+                                    "bcmx_lplist_free([])\n"
+                                    "bcmx_lplist_t_init(out)\n"
+                                    "bcmx_trunk_get(0, out)\n"
+                                    "bcmx_lplist_count([3, 4])\n"
+                                    "bcmx_port_stp_set(3, 1)\n"
+                                    "bcmx_lplist_port_remove([3, 4], 3, 0)\n"
+                                    "bcmx_lplist_port_remove([4], 6, 0)\n"
+                                    "bcmx_trunk_set(0, " +
+                                        trunk_info(3, "4", "3") +
+                                        ")\n"
+                                        "bcmx_lplist_free([3, 6])\n"
+                                        "bcmx_lplist_free([4])\n");
 }
 
 TEST_F(Lag, DeletingAPortThatIsGivenTwiceCountsItTwice)

@@ -160,4 +160,33 @@ TEST_F(Lag, AddingMoreThanEightMembersIsForTheChipToRefuse)
     EXPECT_TRUE(sdk.add_ports_to_lag(id, ports({1, 2, 3, 4, 5, 6, 7, 8})));
 }
 
+TEST_F(Lag, APortOfAnotherLagIsForTheChipToRefuseAndTheLagStaysAsItWas)
+{
+    give_link({3, 4, 5});
+    make_lag({3});
+    const unsigned second = make_lag({5});
+    Mps both = ports({3, 6}); // 6 is not active anywhere
+    EXPECT_TRUE(add_lag_member(0, lag_list, both));
+    EXPECT_TRUE(add_lag_member(second, lag_list, both));
+    EXPECT_FALSE(sdk.add_ports_to_lag(second, ports({4, 3})));
+    EXPECT_FALSE(sdk.port_add_to_egress_list(port(3)));
+    calls_made();
+    EXPECT_TRUE(sdk.port_remove_from_egress_list(port(6))); // writes them as they are
+    const std::string made = calls_made();
+    EXPECT_NE(made.find("bcmx_trunk_set(1, " + trunk_info(3, "5", "5")), std::string::npos) << made;
+    EXPECT_EQ(lists_left(), 0u);
+}
+
+TEST_F(Lag, ANinthActiveMemberIsForTheChipToRefuse)
+{
+    give_link({1, 2, 3, 4, 5, 6, 7, 8, 9});
+    const unsigned id = make_lag({1, 2, 3, 4, 5, 6, 7, 8});
+    Mps ninth = ports({9});
+    EXPECT_TRUE(add_lag_member(id, lag_list, ninth));
+    EXPECT_FALSE(sdk.port_add_to_egress_list(port(9)));
+    EXPECT_EQ(lists_left(), 0u);
+    EXPECT_TRUE(sdk.port_remove_from_egress_list(port(8)));
+    EXPECT_TRUE(sdk.port_add_to_egress_list(port(9)));
+}
+
 } // namespace
