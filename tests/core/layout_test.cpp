@@ -10,6 +10,7 @@
 
 #include "core/factory.h"
 #include "core/trace.h"
+#include "l2/lag.h"
 #include "platform/port_map.h"
 
 namespace {
@@ -116,6 +117,21 @@ TEST(Layout, AUnitSlotPortTripleIsItsThreeNumbersAndSoIsItsTwin)
     EXPECT_EQ(offsetof(usp_s, slot), 4u);
     EXPECT_EQ(offsetof(usp_s, port), 8u);
     EXPECT_TRUE(std::is_trivially_destructible_v<Usp>);
+}
+
+TEST(Layout, ALagNodeIsItsIdAndThenItsMembers)
+{
+    struct Fields {
+        unsigned id;
+        std::list<Mp> members;
+    };
+    const LagNode node(7);
+    unsigned id = 0;
+    static_assert(sizeof node == sizeof(Fields));
+    std::memcpy(&id, &node, sizeof id);
+    EXPECT_EQ(id, 7u);
+    EXPECT_TRUE((std::is_same_v<decltype(lag_list), std::list<LagNode>>));
+    EXPECT_TRUE((std::is_same_v<decltype(lag_id_usp_map), std::map<unsigned, Usp>>));
 }
 
 TEST(Layout, AFlowMatchHoldsItsFieldsInOrder)
