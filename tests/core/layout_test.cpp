@@ -128,7 +128,7 @@ TEST(Layout, ALagNodeIsItsIdAndThenItsMembers)
     const LagNode node(7);
     unsigned id = 0;
     static_assert(sizeof node == sizeof(Fields));
-    std::memcpy(&id, &node, sizeof id);
+    std::memcpy(&id, static_cast<const void*>(&node), sizeof id);
     EXPECT_EQ(id, 7u);
     EXPECT_TRUE((std::is_same_v<decltype(lag_list), std::list<LagNode>>));
     EXPECT_TRUE((std::is_same_v<decltype(lag_id_usp_map), std::map<unsigned, Usp>>));
