@@ -103,8 +103,6 @@ std::uint64_t ether_stat(const PortCounters& c, int counter)
 std::uint64_t bridge_stat(const PortCounters& c, int counter)
 {
     switch (counter) {
-    case snmpIpInReceives:
-        return c.in_ip4;
     case snmpDot1dBasePortMtuExceededDiscards:
         return c.out_too_long;
     case snmpDot1dTpPortInFrames:
@@ -119,8 +117,35 @@ std::uint64_t bridge_stat(const PortCounters& c, int counter)
         return c.in_control;
     case snmpDot3InPauseFrames:
         return c.in_pause;
+    default:
+        return 0;
+    }
+}
+
+/// IPv4 has no counter of addresses that are none to route: they are discards like others.
+std::uint64_t ip_stat(const PortCounters& c, int counter)
+{
+    switch (counter) {
+    case snmpIpInReceives:
+        return c.in_ip4;
+    case snmpIpInHdrErrors:
+        return c.router4.in_header_errors;
+    case snmpIpForwDatagrams:
+        return c.router4.in_forwarded;
+    case snmpIpInDiscards:
+        return c.router4.in_address_errors + c.router4.in_discards;
     case ipv6IfStatsInReceives:
         return c.in_ip6;
+    case ipv6IfStatsInHdrErrors:
+        return c.router6.in_header_errors;
+    case ipv6IfStatsInAddrErrors:
+        return c.router6.in_address_errors;
+    case ipv6IfStatsInDiscards:
+        return c.router6.in_discards;
+    case ipv6IfStatsOutForwDatagrams:
+        return c.router6.out_forwarded;
+    case ipv6IfStatsOutDiscards:
+        return c.router6.out_discards;
     case ipv6IfStatsInMcastPkts:
         return c.in_ip6_multicast;
     case ipv6IfStatsOutMcastPkts:
@@ -139,6 +164,13 @@ void FrameCounters::digest(Digest& d) const
     d.add(size);
 }
 
+void RouterCounters::digest(Digest& d) const
+{
+    for (std::uint64_t value : {in_header_errors, in_address_errors, in_discards, in_forwarded,
+                                out_forwarded, out_discards})
+        d.add(value);
+}
+
 void PortCounters::digest(Digest& d) const
 {
     d.add(in);
@@ -149,13 +181,15 @@ void PortCounters::digest(Digest& d) const
                                 in_control, in_drop_events, out_discards, out_too_long, in_ip4,
                                 in_ip6, in_ip6_multicast, out_ip6_multicast})
         d.add(value);
+    d.add(router4);
+    d.add(router6);
 }
 
 /// Each counter belongs to one of the groups; the others answer 0 for it.
 std::uint64_t PortCounters::stat(int counter) const
 {
     return interface_stat(*this, counter) + ether_stat(*this, counter) +
-           bridge_stat(*this, counter);
+           bridge_stat(*this, counter) + ip_stat(*this, counter);
 }
 
 int CounterTable::get(int port, int counter, std::uint64_t& value) const

@@ -50,6 +50,20 @@ struct FrameCounters {
     void digest(Digest& d) const;
 };
 
+/// Packets of one kind of IP that came for the router, but for those that it handed to the CPU
+/// with nothing wrong.
+struct RouterCounters {
+    std::uint64_t in_header_errors = 0;
+    std::uint64_t in_address_errors = 0;
+    std::uint64_t in_discards = 0; ///< others that went nowhere
+    std::uint64_t in_forwarded = 0;
+    std::uint64_t out_forwarded = 0; ///< copies
+    std::uint64_t out_discards = 0;  ///< copies that did not leave
+
+    bool operator==(const RouterCounters&) const = default;
+    void digest(Digest& d) const;
+};
+
 /// Good frames by direction, and frames by what was wrong with them.
 struct PortCounters {
     FrameCounters in, out;
@@ -65,6 +79,7 @@ struct PortCounters {
     std::uint64_t out_too_long = 0;           ///< of these, those longer than the port's frame_max
     std::array<std::uint64_t, 8> out_queue{}; ///< copies that left, by queue
     std::uint64_t in_ip4 = 0, in_ip6 = 0, in_ip6_multicast = 0, out_ip6_multicast = 0;
+    RouterCounters router4, router6;
 
     /// A frame that is not good.
     void count_bad(std::uint64_t& kind, std::size_t frame_bytes)

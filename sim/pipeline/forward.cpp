@@ -47,6 +47,24 @@ void count_arrival(PortCounters& c, const Packet& p)
     count_good_frame(c, p);
 }
 
+RouterCounters& router_counters(PortCounters& c, const Packet& p)
+{
+    return p.ethertype == kIp6Type ? c.router6 : c.router4;
+}
+
+/// A packet that came for the router, and whether it got anywhere.
+void count_routing(RouterCounters& c, const Packet& p, bool sent, bool delivered)
+{
+    if (p.routing == Routing::kHeaderError)
+        ++c.in_header_errors;
+    else if (p.routing == Routing::kAddressError)
+        ++c.in_address_errors;
+    else if (!delivered)
+        ++c.in_discards;
+    else if (sent)
+        ++c.in_forwarded;
+}
+
 void apply_learning(Chip& chip, const Packet& p)
 {
     if (p.learning == Learning::kRefresh)
@@ -76,6 +94,8 @@ std::uint64_t send_form(Chip& chip, const Packet& p, PortSet ports, FrameView fo
         ++copies;
         outputs.push(port, form);
         chip.counters[port].count_sent(p.cast, octets, size_class, p.queue, ip6);
+        if (p.routed()) [[unlikely]]
+            ++router_counters(chip.counters[port], p).out_forwarded;
     }
     for (FrameObserver* observer : outputs.observers)
         observer->leaves(p, ports, form);
@@ -101,6 +121,8 @@ void count_lost_copies(Chip& chip, const Packet& p, const Outputs& outputs)
         ++chip.drops.copies_meant;
         ++chip.counters[port].out_discards;
         ++chip.counters[port].out_too_long;
+        if (p.routed())
+            ++router_counters(chip.counters[port], p).out_discards;
         ++chip.drops.copies[static_cast<std::size_t>(DropReason::egress_too_long)];
     }
 }
@@ -167,7 +189,10 @@ void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
         count_lost_copies(chip, p, outputs);
     if (mirroring) [[unlikely]]
         send_mirror_copies(chip, p, outputs);
-    if (send_to_cpu(chip, cpu, p, outputs) || sent > 0) {
+    const bool delivered = send_to_cpu(chip, cpu, p, outputs) || sent > 0;
+    if (p.routing != Routing::kNone) [[unlikely]]
+        count_routing(router_counters(chip.counters[p.in_port], p), p, sent > 0, delivered);
+    if (delivered) {
         ++drops.frames_delivered;
         return;
     }

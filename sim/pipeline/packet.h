@@ -45,6 +45,14 @@ enum class Learning : std::uint8_t {
     kLearn    ///< the address is new here, or has moved here
 };
 
+/// What the router makes of a frame.
+enum class Routing : std::uint8_t {
+    kNone,        ///< it is not for the router, or goes where its MAC address says
+    kPacket,      ///< it is one that may be routed
+    kHeaderError, ///< its header is bad, or no hop is left
+    kAddressError ///< it is from or to an address that is none to route
+};
+
 /// What a frame says to the port's MAC.
 enum class MacControl : std::uint8_t { kNone, kPause, kOther };
 
@@ -86,6 +94,7 @@ struct Packet {
     FloodClass flood = FloodClass::kBroadcast; ///< meaningful unless unicast to a known address
 
     // Set by routing.
+    Routing routing = Routing::kNone;
     const L3HostTable::Item* host = nullptr;   ///< what the frame has found; at most one of them
     const L3RouteTable::Item* route = nullptr; ///< is set
     const L3Interface* interface = nullptr;    ///< where it leaves; null unless routed

@@ -18,6 +18,12 @@ Step not_routed(const Packet& p, const char* why)
     return next();
 }
 
+Step refuse_address(Packet& p)
+{
+    p.routing = Routing::kAddressError;
+    return drop(DropReason::l3_martian);
+}
+
 /// As received, and nowhere else. What the CPU has sent does not come back to it.
 Step hand_to_cpu(Packet& p, int reason, const char* why)
 {
@@ -26,6 +32,12 @@ Step hand_to_cpu(Packet& p, int reason, const char* why)
         return drop(DropReason::l3_from_cpu);
     p.copy_to_cpu(reason);
     return done();
+}
+
+Step refuse_header(Packet& p, int reason, const char* why)
+{
+    p.routing = Routing::kHeaderError;
+    return hand_to_cpu(p, reason, why);
 }
 
 std::string route_text(const Chip& chip, const Packet& p)
@@ -87,17 +99,18 @@ Step leave(const Chip& chip, Packet& p)
 /// count.
 Step route_packet(const Chip& chip, Packet& p, const RoutingHeader& ip)
 {
+    p.routing = Routing::kPacket;
     if (is_martian(ip.dst) || is_martian(ip.src))
-        return drop(DropReason::l3_martian);
+        return refuse_address(p);
     if (ip.options)
         return hand_to_cpu(p, bcmRxReasonL3HeaderError, "a header with options");
     const bool found = find_next_hop(chip, p, ip.dst);
     if (found && !p.next_hop().on_trunk && p.next_hop().egress == kCpuPort)
         return hand_to_cpu(p, bcmRxReasonL3Slowpath, "the next hop is the CPU");
     if (is_link_local(ip.src))
-        return drop(DropReason::l3_martian);
+        return refuse_address(p);
     if (ip.hops <= 1)
-        return hand_to_cpu(p, bcmRxReasonTtl, "no hop is left");
+        return refuse_header(p, bcmRxReasonTtl, "no hop is left");
     if (!found)
         return hand_to_cpu(p, bcmRxReasonL3DestMiss, "no way there");
     return leave(chip, p);
@@ -126,7 +139,7 @@ std::string describe(const Chip& chip, const Packet& p, const RoutingHeader& ip)
         p.ethertype == kIp4Type ? read_ip4_header(bytes) : read_ip6_header(bytes);
     explain(p, [&](const PortNames&) { return describe(chip, p, ip); });
     if (ip.fault != nullptr)
-        return hand_to_cpu(p, bcmRxReasonL3HeaderError, ip.fault);
+        return refuse_header(p, bcmRxReasonL3HeaderError, ip.fault);
     if (is_link_local(ip.dst))
         return not_routed(p, "for an address of the link");
     return route_packet(chip, p, ip);
