@@ -8,6 +8,7 @@
 
 namespace {
 
+int chip_result = BCM_E_NONE;
 int chip_criterion = 0;
 int chip_status = 0;
 int written_trunks = 0;
@@ -19,12 +20,12 @@ extern "C" {
 int bcmx_trunk_psc_get(bcm_trunk_t, int* psc)
 {
     *psc = chip_criterion;
-    return BCM_E_NONE;
+    return chip_result;
 }
 int bcmx_port_link_status_get(bcmx_lport_t, int* status)
 {
     *status = chip_status;
-    return BCM_E_NONE;
+    return chip_result;
 }
 int bcmx_trunk_set(bcm_trunk_t, bcmx_trunk_add_info_t*)
 {
@@ -43,6 +44,19 @@ TEST(LagValues, AWayToSpreadThatIsNotListedIsAFailedRead)
         EXPECT_EQ(sdk.get_lag_psc(3, psc), listed) << chip_criterion;
         EXPECT_EQ(psc, listed ? chip_criterion : 77);
     }
+}
+
+TEST(LagValues, WhatAFailingChipWroteIsNotTaken)
+{
+    VexoBcmSdk& sdk = new_instance();
+    chip_result = BCM_E_FAIL;
+    chip_criterion = 4;
+    chip_status = 1;
+    lag_psc_t psc = lag_psc_t{77};
+    EXPECT_FALSE(sdk.get_lag_psc(3, psc));
+    EXPECT_EQ(psc, 77);
+    EXPECT_TRUE(sdk.add_ports_to_lag(3, {Mp(0, 0)})); // without link
+    EXPECT_EQ(written_trunks, 0);
 }
 
 TEST(LagValues, OnlyALinkThatIsUpIsTaken)

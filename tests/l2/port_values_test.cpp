@@ -325,7 +325,7 @@ template <class T, class Get>
 void expect_untouched(Get get)
 {
     chip_result = BCM_E_FAIL;
-    EXPECT_EQ(readings<T>({0, 1}, get), (Map{{0, refused}, {1, refused}}));
+    EXPECT_EQ(readings<T>({0, 1, 10}, get), (Map{{0, refused}, {1, refused}, {10, refused}}));
 }
 
 TEST(PortValues, WhatAFailingChipWroteIsNotHandedOut)
