@@ -189,6 +189,16 @@ TEST_F(Counters, ATaggedFrameIsNoControlFrame)
     EXPECT_EQ(of(1).count("snmpDot3InPauseFrames"), 0u);
 }
 
+TEST_F(Counters, TheCpuPortCountsWhatItsCpuSendsAndNothingThatItGets)
+{
+    EXPECT_EQ(send_from_cpu(TestFrame(kHostB, kHostA).type(0x88b5).tag(1)), "1 2");
+    const Values after = of(kCpuPort);
+    EXPECT_EQ(after.at("snmpIfInUcastPkts"), 1u);
+    EXPECT_EQ(after.at("snmpEtherStatsPkts"), 1u);
+    EXPECT_EQ(send(1, TestFrame(kBridgeGroup, kHostA)), "cpu");
+    EXPECT_EQ(of(kCpuPort), after);
+}
+
 TEST_F(Counters, FramesThatAPortWithoutLinkMissesAreNotCounted)
 {
     chip.ports.set_link(1, false);
