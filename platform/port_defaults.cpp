@@ -25,7 +25,11 @@ constexpr int bpdu_queue = 7;
 
 constexpr bcm_rx_chan_cfg_t channel(int chains, int rate_pps, uint32_t cos_bmp)
 {
-    return {chains, rate_pps, 0, cos_bmp};
+    bcm_rx_chan_cfg_t config = {};
+    config.chains = chains;
+    config.rate_pps = rate_pps;
+    config.cos_bmp = cos_bmp;
+    return config;
 }
 
 bcm_rx_cfg_t receive_config()

@@ -35,14 +35,16 @@ void tell_wires(PortSet changed, PortSet on)
 
 bcm_port_info_t info_of(const PortConfig& port, bool up)
 {
-    return {port.enable ? 1 : 0,
-            up ? BCM_PORT_LINK_STATUS_UP : BCM_PORT_LINK_STATUS_DOWN,
-            port.autoneg ? 1 : 0,
-            port.speed,
-            port.duplex_full ? BCM_PORT_DUPLEX_FULL : BCM_PORT_DUPLEX_HALF,
-            port.pause_tx ? 1 : 0,
-            port.pause_rx ? 1 : 0,
-            port.frame_max};
+    bcm_port_info_t info = {};
+    info.enable = port.enable ? 1 : 0;
+    info.linkstatus = up ? BCM_PORT_LINK_STATUS_UP : BCM_PORT_LINK_STATUS_DOWN;
+    info.autoneg = port.autoneg ? 1 : 0;
+    info.speed = port.speed;
+    info.duplex = port.duplex_full ? BCM_PORT_DUPLEX_FULL : BCM_PORT_DUPLEX_HALF;
+    info.pause_tx = port.pause_tx ? 1 : 0;
+    info.pause_rx = port.pause_rx ? 1 : 0;
+    info.frame_max = port.frame_max;
+    return info;
 }
 
 } // namespace

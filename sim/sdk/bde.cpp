@@ -177,30 +177,35 @@ void list_devices(const std::vector<BusDevice>& devices)
 {
     bus().records.clear();
     for (const BusDevice& device : devices) {
-        const std::uintptr_t base = base_address(bus().records.size(), device);
-        bus().records.push_back({device.id, device.revision, 0, base});
+        ibde_dev_t record = {};
+        record.device = device.id;
+        record.rev = device.revision;
+        record.base_address = base_address(bus().records.size(), device);
+        bus().records.push_back(record);
     }
 }
 
 ibde_t operations(const Profile& profile)
 {
-    return {name,
-            num_devices,
-            get_dev,
-            get_dev_type,
-            pci_conf_read,
-            pci_conf_write,
-            pci_bus_features,
-            read,
-            write,
-            salloc,
-            sfree,
-            profile.bus_sflush ? sflush : nullptr,
-            profile.bus_sinval ? sinval : nullptr,
-            interrupt_connect,
-            interrupt_disconnect,
-            profile.bus_l2p ? l2p : nullptr,
-            profile.bus_p2l ? p2l : nullptr};
+    ibde_t bde = {};
+    bde.name = name;
+    bde.num_devices = num_devices;
+    bde.get_dev = get_dev;
+    bde.get_dev_type = get_dev_type;
+    bde.pci_conf_read = pci_conf_read;
+    bde.pci_conf_write = pci_conf_write;
+    bde.pci_bus_features = pci_bus_features;
+    bde.read = read;
+    bde.write = write;
+    bde.salloc = salloc;
+    bde.sfree = sfree;
+    bde.sflush = profile.bus_sflush ? sflush : nullptr;
+    bde.sinval = profile.bus_sinval ? sinval : nullptr;
+    bde.interrupt_connect = interrupt_connect;
+    bde.interrupt_disconnect = interrupt_disconnect;
+    bde.l2p = profile.bus_l2p ? l2p : nullptr;
+    bde.p2l = profile.bus_p2l ? p2l : nullptr;
+    return bde;
 }
 
 } // namespace

@@ -35,7 +35,12 @@ int create(uint16_t device_id, uint8_t revision_id, void* cookie)
         ++unit;
     if (unit == SOC_MAX_NUM_DEVICES)
         return BCM_E_RESOURCE;
-    CMDEV(unit) = {{unit, cookie}, device_id, revision_id, 1, 0, {}};
+    soc_cm_device_t& device = CMDEV(unit) = {};
+    device.dev.dev = unit;
+    device.dev.cookie = cookie;
+    device.dev_id = device_id;
+    device.rev_id = revision_id;
+    device.valid = 1;
     if (unit == 0)
         card().stage = Stage::created;
     return unit;

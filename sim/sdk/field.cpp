@@ -48,7 +48,9 @@ int set_udf_spec(bcm_field_udf_spec_t* spec, std::uint32_t flags, std::uint32_t 
 {
     if (spec == nullptr)
         return BCM_E_PARAM;
-    *spec = {flags, offset};
+    *spec = {};
+    spec->flags = flags;
+    spec->udf_offset = offset;
     return BCM_E_NONE;
 }
 

@@ -70,8 +70,10 @@ int get(Chip& chip, bcm_l2_learn_limit_t* record)
 extern "C" void bcmx_l2_learn_limit_t_init(bcm_l2_learn_limit_t* limit)
 {
     sure_call("bcmx_l2_learn_limit_t_init", CallClass::local, args(Out{limit}), [&] {
-        if (limit != nullptr)
-            *limit = {0, 0, 0, 0, LearnLimits::kNone};
+        if (limit != nullptr) {
+            *limit = {};
+            limit->limit = LearnLimits::kNone;
+        }
     });
 }
 

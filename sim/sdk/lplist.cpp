@@ -16,7 +16,7 @@ extern "C" void bcmx_lplist_t_init(bcmx_lplist_t* list)
 {
     sure_call("bcmx_lplist_t_init", CallClass::local, args(Out{list}), [&] {
         if (list != nullptr)
-            *list = {nullptr, -1, 0};
+            *list = empty_list();
     });
 }
 

@@ -10,7 +10,13 @@ using namespace vexosim;
 
 bcm_port_ability_t record(const PortAbility& a)
 {
-    return {a.speed_half, a.speed_full, a.pause, a.medium, a.flags};
+    bcm_port_ability_t record = {};
+    record.speed_half_duplex = a.speed_half;
+    record.speed_full_duplex = a.speed_full;
+    record.pause = a.pause;
+    record.medium = a.medium;
+    record.flags = a.flags;
+    return record;
 }
 
 bcm_port_abil_t speeds(std::uint32_t abilities, bcm_port_abil_t ten, bcm_port_abil_t hundred,

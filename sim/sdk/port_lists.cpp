@@ -27,11 +27,18 @@ int reserve(bcmx_lplist_t& list, int ports)
 
 } // namespace
 
+bcmx_lplist_t empty_list()
+{
+    bcmx_lplist_t list = {};
+    list.lp_last = -1;
+    return list;
+}
+
 int make_list(bcmx_lplist_t* list, int room)
 {
     if (list == nullptr || room < 0)
         return BCM_E_PARAM;
-    bcmx_lplist_t fresh{nullptr, -1, 0};
+    bcmx_lplist_t fresh = empty_list();
     const int rc = reserve(fresh, room);
     if (rc == BCM_E_NONE)
         *list = fresh;
@@ -45,7 +52,7 @@ int free_list(bcmx_lplist_t* list)
     if (list->lp_ports != nullptr)
         --card().lplists;
     std::free(list->lp_ports);
-    *list = {nullptr, -1, 0};
+    *list = empty_list();
     return BCM_E_NONE;
 }
 
@@ -98,7 +105,7 @@ std::optional<PortSet> port_set(const bcmx_lplist_t& list)
 
 int make_list_of(bcmx_lplist_t* list, const std::vector<int>& ports)
 {
-    bcmx_lplist_t fresh{nullptr, -1, 0};
+    bcmx_lplist_t fresh = empty_list();
     int rc = list == nullptr ? BCM_E_PARAM : make_list(&fresh, static_cast<int>(ports.size()));
     for (auto port = ports.begin(); rc == BCM_E_NONE && port != ports.end(); ++port)
         rc = add_to_list(&fresh, card().ports.lport(*port));

@@ -10,6 +10,9 @@
 /// Port lists from the inside: what entry points do with them, unlogged and beyond faults.
 namespace vexosim {
 
+/// A list without storage.
+bcmx_lplist_t empty_list();
+
 /// As the SDK functions of the same names do. MEMORY; PARAM.
 int make_list(bcmx_lplist_t* list, int room);
 int free_list(bcmx_lplist_t* list);
