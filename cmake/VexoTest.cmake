@@ -15,8 +15,6 @@ function(vexo_set_up_test_target name)
   target_compile_options(${name} PRIVATE -O0)
   target_link_libraries(${name} PRIVATE vexokit vexolc vexosim vexoboard GTest::gtest_main
                                         vexo_warnings)
-  # The board's device nodes work by being loaded, not by being called.
-  target_link_options(${name} PRIVATE LINKER:--no-as-needed)
 endfunction()
 
 # One precompiled header for all tests. Left out under a compiler cache, which it would defeat.

@@ -7,15 +7,16 @@ set -euo pipefail
 packages_of() {
     case $1 in
     build)
-        echo g++ cmake ninja-build pkg-config googletest libpcap-dev libedit-dev libcli11-dev \
+        echo g++ cmake ninja-build pkg-config googletest libgtest-dev libpcap-dev libedit-dev libcli11-dev \
             nlohmann-json3-dev
         ;;
     hosts) echo iproute2 iputils-ping tcpdump tshark lldpd openvswitch-switch python3-jsonschema ;;
-    ci) echo g++-powerpc-linux-gnu qemu-user clang-format clang-tidy ;;
+    ci) echo g++-powerpc-linux-gnu qemu-user clang-format clang-tidy doxygen ;;
+    package) echo lintian dpkg-dev file ;;
     bench) echo libbenchmark-dev valgrind iproute2 iputils-ping openvswitch-switch ;;
     capture) echo iproute2 iputils-ping ethtool tcpdump socat lldpd openvswitch-switch ;;
     *)
-        echo "setup.sh: no package group '$1' (there are: build hosts ci bench capture)" >&2
+        echo "setup.sh: no package group '$1' (there are: build hosts ci package bench capture)" >&2
         return 2
         ;;
     esac
@@ -40,7 +41,7 @@ fi
 
 missing=()
 for package in "${wanted[@]}"; do
-    is_installed "$package" || missing+=("$package")
+    [[ " ${missing[*]} " == *" $package "* ]] || is_installed "$package" || missing+=("$package")
 done
 [ ${#missing[@]} -gt 0 ] || exit 0
 

@@ -11,11 +11,11 @@
 ///     }
 #pragma once
 
-#include "tests/kit/captured_output.h"
-#include "tests/kit/card_test.h"
-#include "tests/kit/fault_sweep.h"
-#include "tests/kit/frames.h"
-#include "tests/kit/wires.h"
+#include "captured_output.h"
+#include "card_test.h"
+#include "fault_sweep.h"
+#include "frames.h"
+#include "wires.h"
 
 using namespace vexokit; // NOLINT(google-build-using-namespace): tests read as sentences
 using namespace vexosim; // NOLINT(google-build-using-namespace)

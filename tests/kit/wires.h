@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/kit/frames.h"
+#include "frames.h"
 #include "vexosim/wire.h"
 
 namespace vexokit {
