@@ -5,6 +5,7 @@
 #include <bitset>
 #include <chrono>
 
+#include "sim/card/cable_task.h"
 #include "sim/card/l2_tasks.h"
 #include "sim/card/link_scan.h"
 #include "sim/card/receiver.h"
@@ -12,12 +13,14 @@
 
 namespace vexosim {
 
-/// What the SDK does by itself, in the order in which it is done when several things are due.
+/// What the SDK and cables do by themselves, in the order in which it is done when several things
+/// are due.
 class Background {
 public:
-    static constexpr std::size_t kTasks = 4;
+    static constexpr std::size_t kTasks = 5;
     using TaskSet = std::bitset<kTasks>;
 
+    CableTask cables;
     LinkScan link_scan;
     L2Ageing l2_ageing;
     L2Notifier l2_notifier;
@@ -41,9 +44,10 @@ private:
     Task* due_task();
     std::uint64_t next_due_us();
 
-    std::array<Task*, kTasks> tasks_{&link_scan, &l2_ageing, &l2_notifier, &receiver};
-    std::array<TaskThread, kTasks> threads_{TaskThread(link_scan), TaskThread(l2_ageing),
-                                            TaskThread(l2_notifier), TaskThread(receiver)};
+    std::array<Task*, kTasks> tasks_{&cables, &link_scan, &l2_ageing, &l2_notifier, &receiver};
+    std::array<TaskThread, kTasks> threads_{TaskThread(cables), TaskThread(link_scan),
+                                            TaskThread(l2_ageing), TaskThread(l2_notifier),
+                                            TaskThread(receiver)};
     std::atomic<bool> started_{false};
 };
 

@@ -50,6 +50,11 @@ void clear_faults()
     card().watch.clear_faults();
 }
 
+std::vector<ArmedFault> armed_faults()
+{
+    return card().watch.faults().armed();
+}
+
 unsigned long gated_calls()
 {
     return card().watch.faults().calls();

@@ -18,7 +18,7 @@ bool FaultPlan::Armed::fires(std::string_view name)
 void FaultPlan::add(Fault fault)
 {
     const std::lock_guard lock(mutex_);
-    armed_.push_back({std::move(fault), 0});
+    armed_.push_back({{std::move(fault)}});
 }
 
 void FaultPlan::clear()
@@ -36,6 +36,12 @@ bool FaultPlan::empty() const
     return armed_.empty();
 }
 
+std::vector<ArmedFault> FaultPlan::armed() const
+{
+    const std::lock_guard lock(mutex_);
+    return {armed_.begin(), armed_.end()};
+}
+
 std::optional<int> FaultPlan::on_call(std::string_view name)
 {
     const std::lock_guard lock(mutex_);
@@ -43,8 +49,10 @@ std::optional<int> FaultPlan::on_call(std::string_view name)
     std::optional<int> code;
     for (Armed& armed : armed_) {
         const Fault& fault = armed.fault;
-        if (armed.fires(name) && !code)
+        if (armed.fires(name) && !code) {
             code = fault.do_nothing ? std::max(fault.code, 0) : fault.code;
+            ++armed.hits;
+        }
     }
     if (!code)
         return code;

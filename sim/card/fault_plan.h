@@ -16,6 +16,7 @@ public:
     void add(Fault fault);
     void clear();
     bool empty() const;
+    std::vector<ArmedFault> armed() const;
 
     /// Counts a call that can fail.
     /// @return what it is to report instead of doing anything; nothing when it is to run.
@@ -27,10 +28,7 @@ public:
     std::vector<std::string> hit_calls() const;
 
 private:
-    struct Armed {
-        Fault fault;
-        unsigned seen = 0;
-
+    struct Armed : ArmedFault {
         bool fires(std::string_view name);
     };
 

@@ -1,6 +1,7 @@
 #include "sim/card/traffic.h"
 
 #include "sim/pipeline/forward.h"
+#include "sim/wire/panel.h"
 #include "vexosim/ports.h"
 #include "vexosim/wire.h"
 
@@ -39,6 +40,7 @@ void receive(int user_port, FrameView frame)
 
 void connect_wires()
 {
+    panel().on_due_earlier([] { const ChipLock looks_what_is_due; });
     on_wire_receive(
         [](int user_port, std::span<const FrameView> frames) { receive(user_port, frames); });
 }

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "sim/wire/panel.h"
+#include "vexosim/cable.h"
 #include "vexosim/wire.h"
 
 namespace vexosim {
@@ -72,6 +73,26 @@ void stop_wires()
 std::size_t poll_wires()
 {
     return panel().poll();
+}
+
+std::string plug_cable(int user_port, bool plugged)
+{
+    return panel().plug_cable(user_port, plugged);
+}
+
+std::string flap_cable(int user_port, std::chrono::microseconds period)
+{
+    return panel().flap_cable(user_port, period);
+}
+
+std::string impair_cable(int user_port, CableWay way, const Impairment& impairment)
+{
+    return panel().impair_cable(user_port, way, impairment);
+}
+
+std::vector<CableStatus> impaired_cables()
+{
+    return panel().impaired_cables();
 }
 
 Replay replay_captures(const std::function<void(std::chrono::nanoseconds)>& elapsed)

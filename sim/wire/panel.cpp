@@ -26,6 +26,16 @@ std::string Panel::refusal(int user_port) const
     return {};
 }
 
+std::string Panel::without_wire(int user_port) const
+{
+    const std::string port = "port " + std::to_string(user_port);
+    if (!exists(user_port)) {
+        return port + ": no such port; wires go into ports 0 to " + std::to_string(kPorts - 1);
+    }
+    const std::shared_lock lock(slot(user_port).mutex);
+    return slot(user_port).wire ? "" : port + ": nothing is attached";
+}
+
 // A packet socket would let two ports share an interface, and each would see the other's frames.
 int Panel::holder_of(const std::string& description) const
 {
@@ -62,8 +72,8 @@ std::string Panel::place(int user_port, std::unique_ptr<Wire>& wire)
     const int fd = wire->poll_fd();
     {
         const std::unique_lock lock(slot(user_port).mutex);
-        wire->set_carrier(slot(user_port).link);
         slot(user_port).wire = std::move(wire);
+        slot(user_port).tell_carrier();
     }
     if (fd >= 0 && !loop_.watch(user_port, fd)) {
         const std::unique_lock lock(slot(user_port).mutex);
@@ -91,6 +101,7 @@ std::string Panel::detach(int user_port)
     wire->set_carrier(false);
     wire.reset();
     slot(user_port).partner.reset();
+    new_cable(user_port);
     return {};
 }
 
@@ -100,8 +111,8 @@ std::vector<Attachment> Panel::attachments() const
     for (int port = 0; port < kPorts; ++port) {
         const std::shared_lock lock(slot(port).mutex);
         if (const auto& wire = slot(port).wire) {
-            all.push_back(
-                {port, wire->describe(), wire->carrier(), wire->counters(), wire->notice()});
+            all.push_back({port, wire->describe(), slot(port).cable.plugged && wire->carrier(),
+                           wire->counters(), wire->notice()});
         }
     }
     return all;
@@ -112,8 +123,17 @@ void Panel::send(int user_port, std::span<const FrameView> frames)
     if (!exists(user_port) || frames.empty()) {
         return;
     }
+    Cable& cable = slot(user_port).cable;
+    if (!cable.plugged) {
+        return;
+    }
+    std::vector<FrameView> left;
+    if (cable.out.impaired()) {
+        left = through(cable.out, frames);
+        frames = left;
+    }
     const std::shared_lock lock(slot(user_port).mutex);
-    if (const auto& wire = slot(user_port).wire) {
+    if (const auto& wire = slot(user_port).wire; wire && !frames.empty()) {
         wire->send(frames);
     }
 }
@@ -124,7 +144,8 @@ bool Panel::carrier(int user_port) const
         return false;
     }
     const std::shared_lock lock(slot(user_port).mutex);
-    return slot(user_port).wire && slot(user_port).wire->carrier();
+    const Slot& at = slot(user_port);
+    return at.wire && at.cable.plugged && at.wire->carrier();
 }
 
 void Panel::set_carrier(int user_port, bool up)
@@ -134,20 +155,16 @@ void Panel::set_carrier(int user_port, bool up)
     }
     const std::unique_lock lock(slot(user_port).mutex);
     if (std::exchange(slot(user_port).link, up) != up && slot(user_port).wire) {
-        slot(user_port).wire->set_carrier(up);
+        slot(user_port).tell_carrier();
     }
 }
 
 std::string Panel::set_partner(int user_port, const LinkPartner& partner)
 {
-    const std::string port = "port " + std::to_string(user_port);
-    if (!exists(user_port)) {
-        return port + ": no such port; wires go into ports 0 to " + std::to_string(kPorts - 1);
+    if (std::string why = without_wire(user_port); !why.empty()) {
+        return why;
     }
     const std::unique_lock lock(slot(user_port).mutex);
-    if (!slot(user_port).wire) {
-        return port + ": nothing is attached";
-    }
     slot(user_port).partner = partner;
     return {};
 }

@@ -26,13 +26,26 @@ void Panel::start()
     loop_.start();
 }
 
-void Panel::deliver(int user_port, const FrameBatch& batch)
+void Panel::arrive(int user_port, std::span<const FrameView> frames)
+{
+    Cable& cable = slot(user_port).cable;
+    if (!cable.plugged) {
+        return;
+    }
+    if (!cable.in.impaired()) {
+        deliver(user_port, frames);
+    } else if (const auto left = through(cable.in, frames); !left.empty()) {
+        deliver(user_port, left);
+    }
+}
+
+void Panel::deliver(int user_port, std::span<const FrameView> frames)
 {
     std::unique_lock lock(receiver_mutex_);
     const auto receiver = receiver_;
     lock.unlock();
     if (receiver && *receiver) {
-        (*receiver)(user_port, batch.frames());
+        (*receiver)(user_port, frames);
     }
 }
 
@@ -52,7 +65,7 @@ std::size_t Panel::read_burst(int user_port, FrameBatch& batch, bool live)
         }
     }
     if (!batch.empty()) {
-        deliver(user_port, batch);
+        arrive(user_port, batch.frames());
     }
     return batch.size();
 }

@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 namespace vexosim {
 
@@ -33,12 +34,6 @@ std::uint32_t little(const std::uint8_t* from)
            std::uint32_t{from[1]} << 8 | from[0];
 }
 
-bool is_regular(int fd)
-{
-    struct stat info {};
-    return ::fstat(fd, &info) == 0 && S_ISREG(info.st_mode);
-}
-
 } // namespace
 
 std::string PcapReader::open(const std::string& path)
@@ -48,9 +43,11 @@ std::string PcapReader::open(const std::string& path)
     if (!file) {
         return "cannot read " + path + ": " + std::strerror(errno);
     }
-    if (!is_regular(file.get())) {
+    struct stat info {};
+    if (::fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode)) {
         return path + " is not a regular file";
     }
+    size_ = static_cast<std::uint64_t>(info.st_size);
     if (::flock(file.get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
         return path + " is being written by a port; name another file";
     }
@@ -75,6 +72,10 @@ std::string PcapReader::read_header()
             return why;
         }
     }
+    if (blocks_) {
+        begin_ -= size; // still there: it was the first that was read
+        return open_blocks();
+    }
     if (size < header.size()) {
         return path_ + " is not a capture, or cut short: it has " + std::to_string(size) +
                " of the 24 bytes of a header";
@@ -92,10 +93,8 @@ std::string PcapReader::use_magic(const std::uint8_t* header)
             return {};
         }
     }
-    if (big(header) == kNextGeneration) {
-        return path_ + " is a pcapng file; convert it with: editcap -F pcap " + path_ + " NEW";
-    }
-    return path_ + " is not a capture file";
+    blocks_ = big(header) == kNextGeneration;
+    return blocks_ ? "" : path_ + " is not a capture file";
 }
 
 // The field's upper bits may say that frames end with an FCS, and how long it is in 16-bit words.
@@ -111,6 +110,14 @@ std::string PcapReader::use_link_type(std::uint32_t field)
 }
 
 std::optional<PcapReader::Record> PcapReader::next()
+{
+    if (ahead_) {
+        return std::exchange(ahead_, std::nullopt);
+    }
+    return blocks_ ? next_packet() : next_classic();
+}
+
+std::optional<PcapReader::Record> PcapReader::next_classic()
 {
     std::array<std::uint8_t, kRecordHeader> header{};
     const std::size_t size = file_ && damage_.empty() ? read(header.data(), header.size()) : 0;
@@ -145,6 +152,12 @@ std::nullopt_t PcapReader::damaged(const std::string& what)
     return std::nullopt;
 }
 
+double PcapReader::part_read() const
+{
+    const auto done = static_cast<double>(taken_ - (end_ - begin_));
+    return size_ == 0 ? 1 : done / static_cast<double>(size_);
+}
+
 std::size_t PcapReader::read(std::uint8_t* to, std::size_t size)
 {
     std::size_t done = 0;
@@ -156,6 +169,7 @@ std::size_t PcapReader::read(std::uint8_t* to, std::size_t size)
             }
             begin_ = 0;
             end_ = static_cast<std::size_t>(got);
+            taken_ += end_;
         }
         const std::size_t some = std::min(size - done, end_ - begin_);
         std::copy_n(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_), some, to + done);

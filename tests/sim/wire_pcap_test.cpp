@@ -80,8 +80,8 @@ TEST_F(WirePcap, RefusesWhatIsNotACapture)
               "pcap:in.pcap,: in.pcap is not a capture, or cut short: it has 20 of the 24 bytes of "
               "a header");
     EXPECT_EQ(error_of(Capture(0x0a0d0d0a).bytes()),
-              "pcap:in.pcap,: in.pcap is a pcapng file; convert it with: editcap -F pcap in.pcap "
-              "NEW");
+              "pcap:in.pcap,: in.pcap is not a capture file: no byte order in front of record 1; 0 "
+              "records before it were read");
     EXPECT_EQ(error_of(Capture(0xa1b2c3d4, true, 113).bytes()),
               "pcap:in.pcap,: in.pcap is a capture of link type 113; only Ethernet, type 1, can be "
               "replayed");

@@ -22,6 +22,15 @@ struct Fault {
 void inject(Fault fault);
 void clear_faults();
 
+/// A fault, and what it has met so far.
+struct ArmedFault {
+    Fault fault;
+    unsigned seen = 0; ///< calls that matched
+    unsigned hits = 0; ///< of which it hit
+};
+/// Those that were added since clear_faults(), the oldest first.
+std::vector<ArmedFault> armed_faults();
+
 /// Calls that could have failed since clear_faults(), counted while there is a fault or a log.
 unsigned long gated_calls();
 /// Calls that were made to fail since clear_faults().

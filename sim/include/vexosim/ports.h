@@ -15,7 +15,7 @@ void receive(int user_port, std::span<const FrameView> frames);
 /// The same for one frame.
 void receive(int user_port, FrameView frame);
 
-/// From now on what arrives at wires goes to receive().
+/// From now on what arrives at wires goes to receive(), and what happens to cables happens in time.
 void connect_wires();
 
 } // namespace vexosim
