@@ -33,7 +33,7 @@ TEST_F(ShellTest, PortsThatComeUpForwardUnlessToldNotTo)
     EXPECT_EQ(run("call get_port_stp_state 3"), "STATE = blocking\n");
 }
 
-TEST_F(ShellTest, TheFarEndOfAMemoryWireGoesDownAndUp)
+TEST_F(ShellTest, ACableIsPulledAndPluggedIn)
 {
     run("attach 1=mem; wait 1s");
     EXPECT_EQ(run("call get_port_phy_state 1"), "STATE = up\n");
@@ -127,7 +127,7 @@ TEST_F(ShellTest, BadInputIsOneLineThatNamesIt)
         {"send 1", ""},
         {"send 1 \"open", "a quote is not closed"},
         {"fault bcmx_vlan_create x", "bad code 'x': a number from -1000 to 1000 is wanted"},
-        {"link 1 up", "port 1 has no memory wire; other far ends go up and down by themselves"},
+        {"link 1 up", "port 1: nothing is attached"},
         {"detach 1", ""},
         {"wait 5x", "bad duration '5x': a number with us, ms or s is wanted"},
         {"show capture /does/not/exist", ""},

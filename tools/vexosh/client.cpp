@@ -3,6 +3,7 @@
 #include <sys/socket.h>
 
 #include "tools/vexosh/input.h"
+#include "tools/vexosh/system_command.h"
 
 namespace vexosh {
 
@@ -42,10 +43,16 @@ void Client::run_command(const std::string& command)
         run_script_file(words[1]);
         return;
     }
+    if (words[0] == "shell" && words.size() > 1) {
+        run_system_command({words.begin() + 1, words.end()},
+                           [this](std::string_view line) { console_.print(line); });
+        return;
+    }
     std::unique_lock lock(mutex_);
     running_ = !gone_;
     error_.reset();
-    const Message request = {{"run", command}, {"json", json_}, {"colour", colour_}};
+    const Message request = {
+        {"run", command}, {"json", json_}, {"colour", colour_}, {"terminal", terminal_}};
     if (gone_ || !send_all(socket_.get(), request.dump() + "\n")) {
         throw BadInput(kGone);
     }

@@ -13,7 +13,8 @@
 
 namespace vexosh {
 
-/// Has commands run by a card that is served elsewhere. Scripts are read here.
+/// Has commands run by a card that is served elsewhere. Scripts are read, and commands of the
+/// system run, here.
 class Client : public Interpreter {
 public:
     /// Throws BadInput when there is no card to talk to.
@@ -22,6 +23,7 @@ public:
 
     void use_json(bool on) { json_ = on; }
     void use_colour(bool on) { colour_ = on; }
+    void use_terminal(bool on) { terminal_ = on; }
 
 private:
     void run_command(const std::string& command) override;
@@ -30,7 +32,7 @@ private:
 
     vexosim::Fd socket_;
     Console& console_;
-    bool json_ = false, colour_ = false;
+    bool json_ = false, colour_ = false, terminal_ = false;
     MessageReader reader_;
 
     std::mutex mutex_; // of what follows

@@ -1,24 +1,15 @@
 #include <chrono>
-#include <map>
 
 #include "tools/vexosh/abilities.h"
 #include "tools/vexosh/shell.h"
 #include "tools/vexosh/time_passes.h"
 #include "vexosim/calls.h"
 #include "vexosim/clock.h"
-#include "vexosim/faults.h"
 #include "vexosim/partner.h"
 #include "vexosim/wire.h"
 
 namespace vexosh {
 namespace {
-
-// Cables of memory ports, whose far end this program plays.
-std::map<int, vexosim::MemoryWire*>& memory_wires()
-{
-    static std::map<int, vexosim::MemoryWire*> wires;
-    return wires;
-}
 
 void throw_if(const std::string& error)
 {
@@ -34,9 +25,8 @@ void attach_one(int port, const std::string& spec)
         return;
     }
     auto wire = std::make_unique<vexosim::MemoryWire>();
-    vexosim::MemoryWire* const raw = wire.get();
+    wire->count_only();
     throw_if(vexosim::attach(port, std::move(wire)));
-    memory_wires()[port] = raw;
 }
 
 void attach(Shell&, Words& words)
@@ -59,22 +49,6 @@ void detach(Shell&, Words& words)
     words.end();
     for (int port : ports) {
         throw_if(vexosim::detach(port));
-        memory_wires().erase(port);
-    }
-}
-
-void link(Shell&, Words& words)
-{
-    const auto ports = parse_user_ports(words.next("PORTS"));
-    const bool up = parse_switch(words.next("up|down"), "link");
-    words.end();
-    for (int port : ports) {
-        const auto wire = memory_wires().find(port);
-        if (wire == memory_wires().end()) {
-            throw BadInput("port " + std::to_string(port) +
-                           " has no memory wire; other far ends go up and down by themselves");
-        }
-        wire->second->set_far_end(up);
     }
 }
 
@@ -94,31 +68,6 @@ void calls(Shell&, Words& words)
         return;
     }
     vexosim::log_calls(parse_switch(what, "switch"));
-}
-
-void fault(Shell&, Words& words)
-{
-    if (words.take("clear")) {
-        words.end();
-        vexosim::clear_faults();
-        return;
-    }
-    vexosim::Fault fault;
-    fault.call = words.next("CALL");
-    fault.call = fault.call == "any" ? "" : fault.call;
-    fault.code = static_cast<int>(parse_number(words.next("CODE"), "code", -1000, 1000));
-    while (!words.empty()) {
-        if (words.take("nth")) {
-            fault.nth =
-                static_cast<unsigned>(parse_number(words.next("N"), "count", 1, 1'000'000'000));
-        } else if (words.take("sticky")) {
-            fault.sticky = true;
-        } else {
-            words.end();
-        }
-    }
-    fault.do_nothing = fault.code >= 0;
-    vexosim::inject(fault);
 }
 
 void events(Shell& shell, Words& words)
@@ -179,7 +128,6 @@ constexpr Command kCommands[] = {
     {"attach", "PORTS=WIRE ...", "plug ports in; WIRE is tap:NAME, veth:NAME, pcap:IN,OUT or mem",
      attach},
     {"detach", "PORTS", "unplug ports", detach},
-    {"link", "PORTS up|down", "the far end of a memory wire goes up or down", link},
     {"partner", "PORTS ABILITIES",
      "what the far end can do, e.g. 100-full,autoneg; without autoneg it has one speed", partner},
     {"forwarding", "on|off",
@@ -192,8 +140,6 @@ constexpr Command kCommands[] = {
      "Ctrl-C",
      events},
     {"calls", "on|off|clear", "log the driver's SDK calls; `show calls` prints them", calls},
-    {"fault", "CALL|clear [CODE] [nth N] [sticky]",
-     "make an SDK call fail (or with 0, do nothing); CALL may be any", fault},
 };
 
 } // namespace

@@ -6,7 +6,6 @@
 #include "vexosim/clock.h"
 #include "vexosim/ports.h"
 #include "vexosim/trace.h"
-#include "vexosim/wire.h"
 
 namespace vexosh {
 namespace {
@@ -104,22 +103,6 @@ void trace_next(Shell& shell, Words& words)
     vexosim::trace_next(0);
 }
 
-void replay(Shell& shell, Words& words)
-{
-    words.end();
-    const auto elapsed = [&shell](std::chrono::nanoseconds time) {
-        if (vexosim::manual_clock()) {
-            vexosim::advance(std::chrono::duration_cast<std::chrono::microseconds>(time));
-            shell.session().settle();
-        }
-    };
-    const vexosim::Replay result = vexosim::replay_captures(elapsed);
-    for (const std::string& notice : result.notices) {
-        shell.out() << notice << '\n';
-    }
-    shell.out() << result.frames << " frames replayed\n";
-}
-
 void show_capture(Shell& shell, Words& words)
 {
     const Capture capture = read_capture(words.next("FILE"));
@@ -143,7 +126,6 @@ constexpr Command kCommands[] = {
     {"trace", "PORT FRAME", "what would happen to a frame, stage by stage; nothing changes", trace},
     {"trace next", "N [PORT]",
      "the way of the next frames that arrive at a port, or at any; Ctrl-C ends it", trace_next},
-    {"replay", "", "play the attached captures to their ends", replay},
     {"show capture", "FILE", "what is in a capture file, alike frames together", show_capture},
 };
 

@@ -4,6 +4,7 @@
 #include "tools/vexosh/call.h"
 #include "tools/vexosh/frame_words.h"
 #include "tools/vexosh/shell.h"
+#include "tools/vexosh/system_command.h"
 #include "tools/vexosh/time_passes.h"
 
 namespace vexosh {
@@ -159,6 +160,14 @@ void echo(Shell& shell, Words& words)
     shell.out() << line << '\n';
 }
 
+void system_command(Shell& shell, Words& words)
+{
+    words.peek().empty() ? words.usage_error("missing COMMAND") : void();
+    const Shell::Aside meanwhile(shell);
+    run_system_command(words.rest(),
+                       [&shell](std::string_view line) { shell.out() << line << std::flush; });
+}
+
 void quit(Shell& shell, Words& words)
 {
     words.end();
@@ -173,6 +182,7 @@ constexpr Command kCommands[] = {
     {"watch", "[every DURATION] [times N] COMMAND...",
      "run a command again and again, once a second unless told otherwise; Ctrl-C ends it", watch},
     {"echo", "WORDS...", "print words", echo},
+    {"shell", "COMMAND...", "run a command of the system", system_command},
     {"help", "[COMMAND]", "list the commands, or explain one", help},
     {"quit", "", "leave", quit},
 };

@@ -86,13 +86,14 @@ const std::vector<const Command*>& all_commands()
     static const std::vector<const Command*> all = [] {
         std::vector<const Command*> list;
         for (const auto commands :
-             {card_commands(),         vlan_commands(),    port_commands(),
-              traffic_commands(),      lag_commands(),     fdb_commands(),
-              stp_commands(),          flow_commands(),    trap_commands(),
-              l3_commands(),           route_commands(),   counter_commands(),
-              frame_commands(),        capture_commands(), show_port_commands(),
-              show_counter_commands(), show_l2_commands(), show_flow_commands(),
-              show_l3_commands(),      show_commands(),    general_commands()}) {
+             {card_commands(),    trouble_commands(),   vlan_commands(),
+              port_commands(),    traffic_commands(),   lag_commands(),
+              fdb_commands(),     stp_commands(),       flow_commands(),
+              trap_commands(),    l3_commands(),        route_commands(),
+              counter_commands(), frame_commands(),     replay_commands(),
+              capture_commands(), show_port_commands(), show_counter_commands(),
+              show_l2_commands(), show_flow_commands(), show_l3_commands(),
+              show_commands(),    general_commands()}) {
             for (const Command& command : commands) {
                 list.push_back(&command);
             }

@@ -22,6 +22,7 @@ struct Command {
 
 /// Commands by subject, each list in the order help shows it.
 std::span<const Command> card_commands();
+std::span<const Command> trouble_commands();
 std::span<const Command> vlan_commands();
 std::span<const Command> port_commands();
 std::span<const Command> traffic_commands();
@@ -34,6 +35,7 @@ std::span<const Command> l3_commands();
 std::span<const Command> route_commands();
 std::span<const Command> counter_commands();
 std::span<const Command> frame_commands();
+std::span<const Command> replay_commands();
 std::span<const Command> capture_commands();
 std::span<const Command> show_port_commands();
 std::span<const Command> show_counter_commands();

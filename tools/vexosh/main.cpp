@@ -76,6 +76,7 @@ int run_client(const Options& options)
     vexosh::Client client(options.connect, console);
     client.use_json(options.json);
     client.use_colour(vexosh::wants_colour(STDOUT_FILENO));
+    client.use_terminal(isatty(STDOUT_FILENO) != 0);
     client.keep_going(options.keep_going);
     run(client, options);
     return client.failures() == 0 ? 0 : 1;
@@ -101,6 +102,7 @@ int run_card(const Options& options)
     vexosh::Shell shell(session, console);
     shell.use_json(options.json);
     shell.use_colour(vexosh::wants_colour(STDOUT_FILENO));
+    shell.use_terminal(isatty(STDOUT_FILENO) != 0);
     shell.keep_going(options.keep_going);
     std::optional<vexosh::Server> server;
     if (!options.listen.empty()) {

@@ -51,6 +51,7 @@ private:
     try {
         shell_.use_json(request.value("json", false));
         shell_.use_colour(request.value("colour", false));
+        shell_.use_terminal(request.value("terminal", false));
         shell_.run_line(request.at("run").get<std::string>());
         outbox_.done();
     } catch (const BadInput& problem) {

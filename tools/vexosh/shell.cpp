@@ -190,12 +190,16 @@ bool Shell::pause(std::chrono::microseconds duration)
     turn_.unlock();
     const auto end = Clock::now() + duration;
     auto left = end - Clock::now();
-    for (; left > Clock::duration::zero() && !stopped_ && !Interruptible::interrupted();
-         left = end - Clock::now()) {
+    for (; left > Clock::duration::zero() && !ending(); left = end - Clock::now()) {
         std::this_thread::sleep_for(std::min<Clock::duration>(left, kLook));
     }
     turn_.lock();
     return left <= Clock::duration::zero();
+}
+
+bool Shell::ending() const
+{
+    return stopped_ || Interruptible::interrupted();
 }
 
 } // namespace vexosh

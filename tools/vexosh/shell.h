@@ -62,6 +62,10 @@ public:
     /// Whether heads of tables stand out.
     void use_colour(bool on) { colour_ = on; }
     bool colour() const { return colour_; }
+    /// Whether somebody watches: long work then tells how far it has come, in a line that it wipes
+    /// out in the end.
+    void use_terminal(bool on) { terminal_ = on; }
+    bool terminal() const { return terminal_; }
 
     /// Whether packets for the CPU, link and MAC table changes are told as they come.
     void follow_events(bool on) { session_.follow_all(follower_, on); }
@@ -69,6 +73,21 @@ public:
     /// Lets real time pass, and others run commands.
     /// @return false when it is to end before.
     bool pause(std::chrono::microseconds duration);
+    /// Lets others run commands, for a moment.
+    void give_way() { pause(std::chrono::microseconds(100)); }
+    /// While one lives, others run commands.
+    class Aside {
+    public:
+        explicit Aside(Shell& shell) : shell_(shell) { shell_.turn_.unlock(); }
+        Aside(const Aside&) = delete;
+        Aside& operator=(const Aside&) = delete;
+        ~Aside() { shell_.turn_.lock(); }
+
+    private:
+        Shell& shell_;
+    };
+    /// Whether what runs is to end before its time.
+    bool ending() const;
     /// Ends a pause, from another thread; the next ones are none.
     void stop() { stopped_ = true; }
 
@@ -82,7 +101,7 @@ private:
     Session& session_;
     LineStream out_;
     int follower_;
-    bool json_ = false, colour_ = false;
+    bool json_ = false, colour_ = false, terminal_ = false;
     std::atomic<bool> stopped_{false};
     std::string command_;
     std::unique_lock<std::mutex> turn_; ///< held while a command runs

@@ -35,6 +35,9 @@ bool let_time_pass(Shell& shell, std::chrono::microseconds duration)
         vexosim::advance(step);
         shell.session().settle();
         left -= step;
+        if (shell.ending()) {
+            return false;
+        }
     }
     return true;
 }
