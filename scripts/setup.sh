@@ -10,13 +10,14 @@ packages_of() {
         echo g++ cmake ninja-build pkg-config googletest libgtest-dev libpcap-dev libedit-dev libcli11-dev \
             nlohmann-json3-dev
         ;;
+    lab) echo iproute2 iputils-ping ;;
     hosts) echo iproute2 iputils-ping tcpdump tshark lldpd openvswitch-switch python3-jsonschema ;;
     ci) echo g++-powerpc-linux-gnu qemu-user clang-format clang-tidy doxygen ;;
     package) echo lintian dpkg-dev file ;;
     bench) echo libbenchmark-dev valgrind iproute2 iputils-ping openvswitch-switch ;;
     capture) echo iproute2 iputils-ping ethtool tcpdump socat lldpd openvswitch-switch ;;
     *)
-        echo "setup.sh: no package group '$1' (there are: build hosts ci package bench capture)" >&2
+        echo "setup.sh: no package group '$1' (there are: build lab hosts ci package bench capture)" >&2
         return 2
         ;;
     esac
