@@ -34,11 +34,6 @@ bool holds(const std::vector<FieldAction>& actions, int action)
 
 } // namespace
 
-bool FieldRule::has(int action) const
-{
-    return holds(actions, action);
-}
-
 int FieldTable::create_entry(int group, int* id)
 {
     if (id == nullptr)

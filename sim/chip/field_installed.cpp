@@ -7,16 +7,10 @@ namespace {
 
 FieldHit hit_of(int id, FieldEntry& entry)
 {
-    return {&entry, id, entry.priority, entry.group};
+    return {&entry, id, entry.priority, effect_of(*entry.installed)};
 }
 
 } // namespace
-
-void FieldTable::count_packet(const FieldHit& hit)
-{
-    if (hit.entry->packets)
-        ++*hit.entry->packets;
-}
 
 /// A match with an empty mask asks for nothing, not even that the frame has the field.
 FieldPattern FieldTable::pattern_of(const FieldRule& rule) const
@@ -39,7 +33,7 @@ FieldPattern FieldTable::pattern_of(const FieldRule& rule) const
 void FieldTable::find_again(int id, FieldEntry& entry)
 {
     if (entry.installed)
-        search_.insert(groups_.at(entry.group).priority, pattern_of(*entry.installed),
+        search_.insert(entry.group, groups_.at(entry.group).priority, pattern_of(*entry.installed),
                        hit_of(id, entry));
 }
 
@@ -47,7 +41,7 @@ void FieldTable::find_again(int id, FieldEntry& entry)
 void FieldTable::find_no_more(int id, FieldEntry& entry)
 {
     if (entry.installed)
-        search_.erase(pattern_of(*entry.installed), hit_of(id, entry));
+        search_.erase(entry.group, pattern_of(*entry.installed), hit_of(id, entry));
 }
 
 void FieldTable::make_search()

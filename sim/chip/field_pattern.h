@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "sim/chip/field_effect.h"
 #include "sim/chip/field_types.h"
 #include "vexosim/frame.h"
 
@@ -75,7 +76,7 @@ struct FieldHit {
     FieldEntry* entry = nullptr; ///< for FieldTable::count_packet(); others only read it
     int id = 0;
     int priority = 0;
-    int group = 0;
+    FieldEffect effect; ///< of `entry`, which few frames have to read then
 
     bool beats(const FieldHit& other) const
     {

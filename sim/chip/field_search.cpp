@@ -1,6 +1,7 @@
 #include "sim/chip/field_search.h"
 
 #include <algorithm>
+#include <array>
 
 namespace vexosim {
 
@@ -41,35 +42,51 @@ void FieldGroupSearch::erase(const FieldPattern& pattern, const FieldHit& hit)
         tuples_.erase(tuple);
 }
 
+std::uint64_t* FieldGroupSearch::start(const FieldValues& values, std::uint64_t* hashes) const
+{
+    for (const FieldTuple& tuple : tuples_)
+        *hashes++ = tuple.hash(values);
+    return hashes;
+}
+
 const FieldHit* FieldGroupSearch::find(const FieldValues& values) const
+{
+    std::array<std::uint64_t, kMaxTuples> hashes;
+    start(values, hashes.data());
+    const std::uint64_t* next = hashes.data();
+    return find(values, next);
+}
+
+const FieldHit* FieldGroupSearch::find(const FieldValues& values,
+                                       const std::uint64_t*& hashes) const
 {
     const FieldHit* best = others_.empty() ? nullptr : others_.find(values);
     for (const FieldTuple& tuple : tuples_) {
-        const FieldHit* hit = tuple.find(values);
+        const FieldHit* hit = tuple.find(values, *hashes++);
         if (hit != nullptr && (best == nullptr || hit->beats(*best)))
             best = hit;
     }
     return best;
 }
 
-void FieldSearch::insert(int group_priority, const FieldPattern& pattern, const FieldHit& hit)
+void FieldSearch::insert(int group, int group_priority, const FieldPattern& pattern,
+                         const FieldHit& hit)
 {
-    auto place = std::find_if(groups_.begin(), groups_.end(), [&](const FieldGroupSearch& group) {
-        return group.priority() != group_priority ? group.priority() < group_priority
-                                                  : group.id() >= hit.group;
+    auto place = std::find_if(groups_.begin(), groups_.end(), [&](const FieldGroupSearch& g) {
+        return g.priority() != group_priority ? g.priority() < group_priority : g.id() >= group;
     });
-    if (place == groups_.end() || place->id() != hit.group)
-        place = groups_.insert(place, FieldGroupSearch(hit.group, group_priority));
+    if (place == groups_.end() || place->id() != group)
+        place = groups_.insert(place, FieldGroupSearch(group, group_priority));
     place->insert(pattern, hit);
 }
 
-void FieldSearch::erase(const FieldPattern& pattern, const FieldHit& hit)
+void FieldSearch::erase(int group, const FieldPattern& pattern, const FieldHit& hit)
 {
-    const auto group = std::find_if(groups_.begin(), groups_.end(),
-                                    [&](const FieldGroupSearch& g) { return g.id() == hit.group; });
-    group->erase(pattern, hit);
-    if (group->entries() == 0)
-        groups_.erase(group);
+    const auto place = std::find_if(groups_.begin(), groups_.end(),
+                                    [&](const FieldGroupSearch& g) { return g.id() == group; });
+    place->erase(pattern, hit);
+    if (place->entries() == 0)
+        groups_.erase(place);
 }
 
 } // namespace vexosim

@@ -22,12 +22,16 @@ public:
 
     void insert(const FieldPattern& pattern, const FieldHit& hit);
     void erase(const FieldPattern& pattern, const FieldHit& hit);
-    /// The best entry that the frame matches; null when there is none.
+    /// Starts the search for the frame's entry. The hashes end at what it returns.
+    std::uint64_t* start(const FieldValues& values, std::uint64_t* hashes) const;
+    /// The best entry that the frame matches; null when there is none. Takes the hashes that
+    /// start() made, and moves on to the next group's.
+    const FieldHit* find(const FieldValues& values, const std::uint64_t*& hashes) const;
     const FieldHit* find(const FieldValues& values) const;
 
-private:
     static constexpr std::size_t kMaxTuples = 8;
 
+private:
     int id_;
     int priority_;
     std::size_t entries_ = 0;
@@ -37,8 +41,8 @@ private:
 
 class FieldSearch {
 public:
-    void insert(int group_priority, const FieldPattern& pattern, const FieldHit& hit);
-    void erase(const FieldPattern& pattern, const FieldHit& hit);
+    void insert(int group, int group_priority, const FieldPattern& pattern, const FieldHit& hit);
+    void erase(int group, const FieldPattern& pattern, const FieldHit& hit);
 
     /// No entry is installed.
     bool empty() const { return groups_.empty(); }

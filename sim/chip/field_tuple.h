@@ -3,9 +3,11 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <vector>
 
 #include "sim/chip/field_pattern.h"
+#include "sim/chip/hash_index.h"
 
 namespace vexosim {
 
@@ -20,39 +22,34 @@ public:
     void insert(const FieldPattern& pattern, const FieldHit& hit);
     /// The entry is here.
     void erase(const FieldPattern& pattern, const FieldHit& hit);
-    /// The best entry that the frame matches; null when there is none.
-    const FieldHit* find(const FieldValues& values) const;
+    /// What find() looks for. Starts to fetch where that is.
+    std::uint64_t hash(const FieldValues& values) const;
+    /// The best entry that the frame matches; null when there is none. `hash` is that of `values`.
+    const FieldHit* find(const FieldValues& values, std::uint64_t hash) const;
 
 private:
-    static constexpr std::uint32_t kNone = 0xffffffff;
+    using Number = std::uint32_t; // of a node, from 1 on
+    static constexpr Number kNone = HashIndex<Number>::kNone;
 
     /// All entries with one key, which few others have.
-    struct Node {
+    struct alignas(64) Node {
         std::uint64_t hash = 0;
-        std::uint32_t next = kNone;   ///< in the same bucket
-        FieldHit best;                ///< without an entry while the node is free
-        std::vector<FieldHit> others; ///< the best one first
-
-        void insert(const FieldHit& hit);
-        /// @return whether it was the last.
-        bool erase(const FieldHit& hit);
+        FieldHit best; ///< without an entry while the node is free
     };
-    std::size_t bucket_of(std::uint64_t hash) const
-    {
-        return static_cast<std::size_t>(hash) & (buckets_.size() - 1);
-    }
-    bool has_key(std::uint32_t node, const std::uint64_t* key) const;
-    std::uint32_t find_node(std::uint64_t hash, const std::uint64_t* key) const;
-    std::uint32_t add_node(std::uint64_t hash, const FieldPattern& pattern);
-    void link(std::uint32_t node);
-    void unlink(std::uint32_t node);
+    Node& node(Number number) { return nodes_[number - 1]; }
+    const Node& node(Number number) const { return nodes_[number - 1]; }
+    template <class KeyAt>
+    Number find_node(std::uint64_t hash, KeyAt key_at) const;
+    Number find_node(std::uint64_t hash, const FieldPattern& pattern) const;
+    Number add_node(std::uint64_t hash, const FieldPattern& pattern);
     void grow();
 
     std::vector<FieldPart> parts_;
-    std::vector<std::uint32_t> buckets_;
+    HashIndex<Number> index_;
     std::vector<Node> nodes_;
-    std::vector<std::uint64_t> keys_; ///< of each node, parts_.size() of them
-    std::vector<std::uint32_t> free_; ///< nodes
+    std::vector<std::uint64_t> keys_;               ///< of each node, parts_.size() of them
+    std::vector<Number> free_;                      ///< nodes
+    std::map<Number, std::vector<FieldHit>> worse_; ///< than the best of a node, falling
 };
 
 } // namespace vexosim

@@ -60,7 +60,6 @@ struct FieldRule {
     std::vector<FieldMatch> matches;
     std::vector<FieldAction> actions;
 
-    bool has(int action) const;
     bool operator==(const FieldRule&) const = default;
     void digest(Digest& d) const;
 };

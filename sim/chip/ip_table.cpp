@@ -21,8 +21,8 @@ int IpTable<Key, Entry>::add(const Key& key, const Entry& entry, bool replace)
     }
     if (size() >= capacity_)
         return BCM_E_FULL;
-    if (slots_.empty())
-        slots_.resize(std::bit_ceil(2 * capacity_));
+    if (index_.size() == 0)
+        index_.reset(std::bit_ceil(2 * capacity_));
     if (free_.empty()) {
         items_.emplace_back();
         free_.push_back(static_cast<Number>(items_.size()));
@@ -30,8 +30,7 @@ int IpTable<Key, Entry>::add(const Key& key, const Entry& entry, bool replace)
     const Number number = free_.back();
     free_.pop_back();
     items_[number - 1u] = {key, entry};
-    const std::uint64_t hash = IpHash()(key);
-    slots_[slot_of(key, hash)] = {number, tag(hash)};
+    index_.insert(IpHash()(key), number);
     return BCM_E_NONE;
 }
 
@@ -41,7 +40,7 @@ int IpTable<Key, Entry>::erase(const Key& key)
     const Number gone = number_of(key);
     if (gone == 0)
         return BCM_E_NOT_FOUND;
-    close_gap(slot_of(key, IpHash()(key)));
+    index_.erase(IpHash()(key), gone, [this](Number n) { return IpHash()(item(n).key); });
     free_.push_back(gone);
     return BCM_E_NONE;
 }
@@ -49,7 +48,7 @@ int IpTable<Key, Entry>::erase(const Key& key)
 template <class Key, class Entry>
 typename IpTable<Key, Entry>::Number IpTable<Key, Entry>::number_of(const Key& key) const
 {
-    return slots_.empty() ? Number{0} : slots_[slot_of(key, IpHash()(key))].number;
+    return index_.find(IpHash()(key), [&](Number number) { return item(number).key == key; });
 }
 
 template <class Key, class Entry>
@@ -57,31 +56,6 @@ const Entry* IpTable<Key, Entry>::find(const Key& key) const
 {
     const Number number = number_of(key);
     return number != 0 ? &item(number).entry : nullptr;
-}
-
-template <class Key, class Entry>
-std::size_t IpTable<Key, Entry>::slot_of(const Key& key, std::uint64_t hash) const
-{
-    for (std::size_t i = home(hash);; i = next(i)) {
-        const Slot slot = slots_[i];
-        if (slot.number == 0 || (slot.tag == tag(hash) && item(slot.number).key == key))
-            return i;
-    }
-}
-
-/// Moves up what was put behind the gap only because the gap was taken.
-template <class Key, class Entry>
-void IpTable<Key, Entry>::close_gap(std::size_t gap)
-{
-    const std::size_t mask = slots_.size() - 1;
-    for (std::size_t i = next(gap); slots_[i].number != 0; i = next(i)) {
-        const std::size_t reach = (i - home(IpHash()(item(slots_[i].number).key))) & mask;
-        if (reach >= ((i - gap) & mask)) {
-            slots_[gap] = slots_[i];
-            gap = i;
-        }
-    }
-    slots_[gap] = {};
 }
 
 template <class Key, class Entry>
@@ -97,10 +71,11 @@ std::vector<Key>
 IpTable<Key, Entry>::keys_if(const std::function<bool(const Key&, const Entry&)>& which) const
 {
     std::vector<Key> keys;
-    for (const Slot& slot : slots_) {
-        if (slot.number != 0 && which(item(slot.number).key, item(slot.number).entry))
-            keys.push_back(item(slot.number).key);
-    }
+    index_.all_of([&](Number number) {
+        if (which(item(number).key, item(number).entry))
+            keys.push_back(item(number).key);
+        return true;
+    });
     return keys;
 }
 
@@ -108,10 +83,8 @@ template <class Key, class Entry>
 bool IpTable<Key, Entry>::operator==(const IpTable& other) const
 {
     return capacity_ == other.capacity_ && size() == other.size() &&
-           std::ranges::all_of(slots_, [&](const Slot& slot) {
-               if (slot.number == 0)
-                   return true;
-               const Item& mine = item(slot.number);
+           index_.all_of([&](Number number) {
+               const Item& mine = item(number);
                const Entry* same = other.find(mine.key);
                return same != nullptr && *same == mine.entry;
            });
@@ -122,14 +95,13 @@ template <class Key, class Entry>
 void IpTable<Key, Entry>::digest(Digest& d) const
 {
     std::uint64_t sum = 0;
-    for (const Slot& slot : slots_) {
-        if (slot.number == 0)
-            continue;
+    index_.all_of([&](Number number) {
         Digest one;
-        one.add(item(slot.number).key);
-        one.add(item(slot.number).entry);
+        one.add(item(number).key);
+        one.add(item(number).entry);
         sum += one.value();
-    }
+        return true;
+    });
     d.add(size());
     d.add(sum);
 }

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "sim/chip/hash_index.h"
 #include "sim/chip/l3_types.h"
 
 namespace vexosim {
@@ -54,23 +55,8 @@ public:
     void digest(Digest& d) const;
 
 private:
-    /// Of the hash table. The tag is another part of the hash, which spares looks at items.
-    struct Slot {
-        Number number = 0;
-        std::uint16_t tag = 0;
-    };
-    /// The slot that has the key, else the free one where it would be.
-    std::size_t slot_of(const Key& key, std::uint64_t hash) const;
-    std::size_t home(std::uint64_t hash) const
-    {
-        return static_cast<std::size_t>(hash) & (slots_.size() - 1);
-    }
-    std::size_t next(std::size_t slot) const { return (slot + 1) & (slots_.size() - 1); }
-    static std::uint16_t tag(std::uint64_t hash) { return static_cast<std::uint16_t>(hash >> 48); }
-    void close_gap(std::size_t gap);
-
     std::size_t capacity_;
-    std::vector<Slot> slots_; // twice as many as entries at most, so that runs are short
+    HashIndex<Number> index_;
     std::vector<Item> items_; // by number
     std::vector<Number> free_;
 };

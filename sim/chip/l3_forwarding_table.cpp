@@ -31,17 +31,15 @@ int L3RouteTable::add(const IpPrefix& prefix, const L3Route& route, bool replace
 
 int L3RouteTable::erase(const IpPrefix& prefix)
 {
-    if (table_.erase(prefix) != BCM_E_NONE)
+    const Number gone = table_.number_of(prefix);
+    if (gone == 0)
         return BCM_E_NOT_FOUND;
     Number next = 0;
-    int length = prefix.length - 1;
-    for (; length > LpmTrie::home_depth(prefix.length); --length) {
+    for (int length = prefix.length - 1; next == 0 && length > LpmTrie::home_depth(prefix.length);
+         --length)
         next = table_.number_of({prefix.net.masked(length), length});
-        if (next != 0)
-            break;
-    }
-    tries_[prefix.net.ip6].erase(IpBits(prefix.net), prefix.length, next != 0 ? length : 0, next);
-    return BCM_E_NONE;
+    tries_[prefix.net.ip6].erase(gone, next);
+    return table_.erase(prefix);
 }
 
 int L3RouteTable::erase_if(const std::function<bool(const IpPrefix&, const L3Route&)>& which)

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 namespace vexosim {
 
@@ -12,115 +13,121 @@ int IpBits::common(const IpBits& other) const
     return 64 + std::countl_zero(low ^ other.low);
 }
 
-/// The slots of a node whose bits have a prefix that ends there.
-template <class Change>
-void LpmTrie::for_slots(Node& node, const IpBits& net, int length, Change change)
-{
-    const std::size_t first = net.nibble(node.depth);
-    const std::size_t count = std::size_t{1} << (node.depth + 4 - length);
-    for (std::size_t i = first; i < first + count; ++i)
-        change(node.slots[i], node.lengths[i]);
-}
-
 void LpmTrie::add(const IpBits& net, int length, Number number)
 {
+    if (number >= prefixes_.size())
+        prefixes_.resize(std::max<std::size_t>(2 * prefixes_.size(), number + 1u));
+    prefixes_[number] = {net, static_cast<std::uint8_t>(length)};
     if (length == 0) {
         all_ = number;
         return;
     }
     make_room();
-    Node& node = nodes_[home(net, home_depth(length))];
-    for_slots(node, net, length, [&](Slot& slot, std::uint8_t& of) {
-        if (of > length)
+    const int home = home_depth(length);
+    for (Link* link = &root_;; link = &below(*link, net)) {
+        if (*link == kNothing) {
+            *link = link_to(number);
             return;
-        slot.number = number;
-        of = static_cast<std::uint8_t>(length);
-    });
+        }
+        const int depth = std::min({net.common(net_of(*link)) / 4 * 4, depth_of(*link), home});
+        if (!is_node(*link) || depth < depth_of(*link))
+            split(*link, depth);
+        if (depth == home) {
+            place(nodes_[*link], number);
+            return;
+        }
+    }
 }
 
-void LpmTrie::erase(const IpBits& net, int length, int next_length, Number next)
+void LpmTrie::erase(Number number, Number next)
 {
-    if (length == 0) {
+    const Prefix gone = std::exchange(prefixes_[number], {});
+    if (gone.length == 0) {
         all_ = kNone;
         return;
     }
-    Index* above = nullptr;
-    Index* link = &root_;
-    while (nodes_[*link].depth != home_depth(length)) {
+    Link* above = nullptr;
+    Link* link = &root_;
+    while (is_node(*link) && depth_of(*link) != gone.home()) {
         above = link;
-        link = &nodes_[*link].slots[net.nibble(nodes_[*link].depth)].child;
+        link = &below(*link, gone.net);
     }
-    for_slots(nodes_[*link], net, length, [&](Slot& slot, std::uint8_t& of) {
-        if (of != length)
-            return;
-        slot.number = next;
-        of = static_cast<std::uint8_t>(next_length);
-    });
-    if (tidy(*link) && above != nullptr)
+    if (is_node(*link)) {
+        for (Slot& slot : nodes_[*link].slots)
+            slot.number = slot.number == number ? next : slot.number;
+        above = link;
+    } else {
+        *link = kNothing;
+    }
+    if (above != nullptr)
         tidy(*above);
 }
 
-/// So that the two nodes that an addition may need do not move the others.
+/// So that the node that an addition may need does not move the others.
 void LpmTrie::make_room()
 {
-    if (free_.size() >= 2)
+    if (!free_.empty())
         return;
-    const std::size_t had = std::max<std::size_t>(nodes_.size(), 1); // node 0 is none
-    nodes_.resize(std::min<std::size_t>(had * 2 + 2, 0x10000));
+    const std::size_t had = nodes_.size();
+    nodes_.resize(std::min<std::size_t>(had * 2 + 2, kPrefix));
     for (std::size_t i = nodes_.size(); i-- > had;)
-        free_.push_back(static_cast<Index>(i));
+        free_.push_back(static_cast<Link>(i));
 }
 
-LpmTrie::Index LpmTrie::take(const IpBits& net, int depth)
+/// Where the node's prefixes and nodes that have the bits of `net` are.
+LpmTrie::Link& LpmTrie::below(Link node, const IpBits& net)
 {
-    const Index taken = free_.back();
+    return nodes_[node].slots[net.nibble(nodes_[node].depth)].below;
+}
+
+const IpBits& LpmTrie::net_of(Link link) const
+{
+    return is_node(link) ? nodes_[link].net : prefixes_[number_of(link)].net;
+}
+
+int LpmTrie::depth_of(Link link) const
+{
+    return is_node(link) ? nodes_[link].depth : prefixes_[number_of(link)].home();
+}
+
+/// Puts a node in between, or one in which a prefix is that was alone.
+void LpmTrie::split(Link& link, int depth)
+{
+    const Link old = std::exchange(link, free_.back());
     free_.pop_back();
-    nodes_[taken].net = net;
-    nodes_[taken].depth = static_cast<std::uint8_t>(depth);
-    return taken;
+    nodes_[link].net = net_of(old);
+    nodes_[link].depth = static_cast<std::uint8_t>(depth);
+    if (!is_node(old) && depth_of(old) == depth)
+        place(nodes_[link], number_of(old));
+    else
+        below(link, net_of(old)) = old;
 }
 
-void LpmTrie::give_back(Index& link)
+/// The prefix ends within the node's bits: it has the slots that no longer one has.
+void LpmTrie::place(Node& node, Number number)
 {
-    const Index gone = link;
-    link = 0;
-    nodes_[gone] = Node{};
-    free_.push_back(gone);
+    const auto& [net, length] = prefixes_[number];
+    const std::size_t first = net.nibble(node.depth);
+    const std::size_t count = std::size_t{1} << (node.depth + 4 - length);
+    for (std::size_t i = first; i < first + count; ++i) {
+        Number& in_slot = node.slots[i].number;
+        in_slot = in_slot == kNone || prefixes_[in_slot].length < length ? number : in_slot;
+    }
 }
 
-/// The node for prefixes that end behind `depth` bits of `net`, made if there is none.
-LpmTrie::Index LpmTrie::home(const IpBits& net, int depth)
+/// Takes a node out that is for one thing only, which takes its place.
+void LpmTrie::tidy(Link& link)
 {
-    Index* link = &root_;
-    while (*link != 0) {
-        const Index below = *link;
-        const int known = nodes_[below].depth;
-        const int same = std::min({net.common(nodes_[below].net) / 4 * 4, depth, known});
-        if (same < known) { // a node in between
-            *link = take(net, same);
-            nodes_[*link].slots[nodes_[below].net.nibble(same)].child = below;
+    Link only = kNothing;
+    for (const Slot& slot : nodes_[link].slots) {
+        for (const Link thing : {slot.below, link_to(slot.number)}) {
+            if (thing != kNothing && only != kNothing && thing != only)
+                return;
+            only = thing != kNothing ? thing : only;
         }
-        if (same == depth)
-            return *link;
-        link = &nodes_[*link].slots[net.nibble(same)].child;
     }
-    return *link = take(net, depth);
-}
-
-/// Takes a node out that has no prefix and fewer than two children.
-/// @return whether it left nothing behind.
-bool LpmTrie::tidy(Index& link)
-{
-    Node& node = nodes_[link];
-    Index child = 0;
-    for (const Slot& slot : node.slots) {
-        if (slot.number != kNone || (slot.child != 0 && child != 0))
-            return false;
-        child = slot.child != 0 ? slot.child : child;
-    }
-    give_back(link);
-    link = child;
-    return child == 0;
+    nodes_[link] = Node{};
+    free_.push_back(std::exchange(link, only));
 }
 
 } // namespace vexosim

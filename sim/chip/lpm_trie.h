@@ -22,12 +22,12 @@ struct IpBits {
     {
         return static_cast<unsigned>((at < 64 ? high >> (60 - at) : low >> (124 - at)) & 15);
     }
-    /// Whether the first `bits`, 0 to 127, are the same.
+    /// Whether the first `bits`, 0 to 128, are the same.
     bool agrees(const IpBits& other, int bits) const
     {
         if (bits < 64) [[likely]]
             return (high ^ other.high) >> 1 >> (63 - bits) == 0;
-        return high == other.high && (low ^ other.low) >> 1 >> (127 - bits) == 0;
+        return high == other.high && (bits == 64 || (low ^ other.low) >> (128 - bits) == 0);
     }
     /// How many of the first bits are the same.
     int common(const IpBits& other) const;
@@ -35,9 +35,10 @@ struct IpBits {
 
 /// Prefixes of one family, each with a number. A node looks at four bits of the address and stands
 /// for the prefixes that end within them: each of its 16 slots has the longest of these that the
-/// slot's bits have. Nodes that would have one child and no prefix are left out, and a node knows
-/// the bits in front of its own. So 16,384 random prefixes are found in 4 or 5 steps, whatever the
-/// family; there are at most two nodes for each prefix; and a change touches two nodes at most.
+/// slot's bits have. There are nodes only where prefixes part: a prefix that is alone behind a slot
+/// is named there, and a node knows the bits in front of its own. So there are fewer nodes than
+/// prefixes, 16,384 random ones are found in 3 or 4 steps, whatever the family, and a change
+/// touches two nodes at most.
 class LpmTrie {
 public:
     using Number = std::uint16_t;
@@ -46,54 +47,71 @@ public:
     /// Bits of the prefix that the nodes in front of its own look at; length is 1 to 128.
     static constexpr int home_depth(int length) { return (length - 1) / 4 * 4; }
 
-    /// Adds a prefix of 0 to 128 bits that is not there; no other bits of `net` are set. At most
-    /// 32,767 prefixes.
+    /// Adds a prefix of 0 to 128 bits that is not there; no other bits of `net` are set. Numbers
+    /// are 1 to 32,767, each of one prefix.
     void add(const IpBits& net, int length, Number number);
     /// Removes a prefix that is there. In its place is the longest of the shorter ones that contain
-    /// it, if that has more bits than home_depth(): its length and number, else 0 and kNone.
-    void erase(const IpBits& net, int length, int next_length, Number next);
+    /// it, if that has more bits than home_depth(), else kNone.
+    void erase(Number number, Number next);
 
     /// The number of the longest prefix that the address has, or kNone.
     Number find(const IpBits& address) const
     {
         Number best = all_;
-        for (Index i = root_; i != 0;) {
-            const Node& node = nodes_[i];
+        Link link = root_;
+        while (is_node(link)) {
+            const Node& node = nodes_[link];
             if (!address.agrees(node.net, node.depth))
-                break;
+                return best;
             const Slot& slot = node.slots[address.nibble(node.depth)];
             best = slot.number != kNone ? slot.number : best;
-            i = slot.child;
+            link = slot.below;
         }
-        return best;
+        const bool found = link != kNothing && has(address, prefixes_[number_of(link)]);
+        return found ? number_of(link) : best;
     }
 
 private:
-    using Index = std::uint16_t; // 0: no node
+    /// A node, or with the highest bit set the number of a prefix; with number 0 it is nothing.
+    using Link = std::uint16_t;
+    static constexpr Link kPrefix = 0x8000, kNothing = kPrefix;
+    static bool is_node(Link link) { return link < kPrefix; }
+    static Number number_of(Link link) { return static_cast<Number>(link - kPrefix); }
+    static Link link_to(Number number) { return static_cast<Link>(number + kPrefix); }
 
     struct Slot {
         Number number = kNone;
-        Index child = 0;
+        Link below = kNothing;
     };
     struct alignas(64) Node {
         IpBits net; // the bits in front of the node's own, and others that do not count
         std::uint8_t depth = 0;
-        std::array<std::uint8_t, 16> lengths{}; // by slot, of the prefix
         std::array<Slot, 16> slots;
     };
+    struct Prefix {
+        IpBits net;
+        std::uint8_t length = 0;
+
+        int home() const { return home_depth(length); }
+    };
+    static bool has(const IpBits& address, const Prefix& prefix)
+    {
+        return address.agrees(prefix.net, prefix.length);
+    }
 
     void make_room();
-    Index take(const IpBits& net, int depth);
-    void give_back(Index& link);
-    Index home(const IpBits& net, int depth);
-    bool tidy(Index& link);
-    template <class Change>
-    void for_slots(Node& node, const IpBits& net, int length, Change change);
+    Link& below(Link node, const IpBits& net);
+    const IpBits& net_of(Link link) const;
+    int depth_of(Link link) const;
+    void split(Link& link, int depth);
+    void place(Node& node, Number number);
+    void tidy(Link& link);
 
     Number all_ = kNone; // of the prefix without bits
-    Index root_ = 0;
+    Link root_ = kNothing;
     std::vector<Node> nodes_;
-    std::vector<Index> free_;
+    std::vector<Link> free_;
+    std::vector<Prefix> prefixes_; // by number
 };
 
 } // namespace vexosim

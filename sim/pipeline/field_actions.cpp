@@ -3,8 +3,6 @@
 
 #include <bcm/field.h>
 
-#include <algorithm>
-
 #include "sim/chip/field_text.h"
 #include "sim/pipeline/recorder.h"
 
@@ -33,32 +31,6 @@ bool take(bool& flag)
 {
     flag = true;
     return true;
-}
-
-/// The place that an action names; kOwn for one that is about something else.
-FieldPlace place_of(const FieldAction& action)
-{
-    switch (action.action) {
-    case bcmFieldActionRedirectPbmp:
-        return FieldPlace::kRedirect;
-    case bcmFieldActionLoopback:
-        return FieldPlace::kLoopback;
-    case bcmFieldActionTrapToCpu:
-        return FieldPlace::kTrap;
-    case bcmFieldActionDrop:
-        return FieldPlace::kDrop;
-    default:
-        return FieldPlace::kOwn;
-    }
-}
-
-/// The strictest of an entry's places.
-FieldPlace place_of(const FieldRule& rule)
-{
-    FieldPlace place = FieldPlace::kOwn;
-    for (const FieldAction& action : rule.actions)
-        place = std::max(place, place_of(action));
-    return place;
 }
 
 /// `place` is where the entry of the action sends the frame, if that counts.
@@ -94,15 +66,28 @@ bool apply(FieldVerdict& v, const FieldAction& action, FieldPlace place)
     return true;
 }
 
+/// The same of an entry whose actions need not be looked at one by one.
+void apply(FieldVerdict& v, const FieldEffect& effect, FieldPlace place)
+{
+    v.mask |= effect.mask;
+    if (place == FieldPlace::kOwn)
+        return;
+    v.place = place;
+    v.redirect = effect.redirect;
+}
+
 } // namespace
 
 void settle_actions(const Packet& p, FieldVerdict& v)
 {
     for (std::size_t i = 0; i < v.hit_count; ++i) {
         const FieldHit& hit = *v.hits[i];
-        const FieldRule& rule = *hit.entry->installed;
-        const FieldPlace place = v.place == FieldPlace::kOwn ? place_of(rule) : FieldPlace::kOwn;
-        for (const FieldAction& action : rule.actions) {
+        const FieldPlace place = v.place == FieldPlace::kOwn ? hit.effect.place : FieldPlace::kOwn;
+        if (!hit.effect.more && p.recorder == nullptr) [[likely]] {
+            apply(v, hit.effect, place);
+            continue;
+        }
+        for (const FieldAction& action : hit.entry->installed->actions) {
             const bool wins = apply(v, action, place);
             explain(p, [&](const PortNames& names) {
                 return "entry " + std::to_string(hit.id) + ": " + action_text(action, names) +

@@ -1,6 +1,8 @@
 // The field processor: entries that match a frame say where it goes and what becomes of it.
 #include <bcm/rx.h>
 
+#include <array>
+
 #include "sim/pipeline/field_actions.h"
 #include "sim/pipeline/field_values.h"
 #include "sim/pipeline/recorder.h"
@@ -27,11 +29,19 @@ void search(const Chip& chip, const Packet& p, FieldVerdict& verdict)
     FieldValues values;
     read_fields(p, values);
     verdict.edits.ip_at = values.ip_at;
+    // All groups first, so that their searches wait for memory together.
+    std::array<std::uint64_t, FieldTable::kMaxGroups * FieldGroupSearch::kMaxTuples> hashes;
+    std::uint64_t* end = hashes.data();
+    for (const FieldGroupSearch& group : chip.field.search().groups())
+        end = group.start(values, end);
+    const std::uint64_t* next = hashes.data();
     for (const FieldGroupSearch& group : chip.field.search().groups()) {
-        const FieldHit* hit = group.find(values);
+        const FieldHit* hit = group.find(values, next);
         explain_search(p, group, hit);
-        if (hit != nullptr)
-            verdict.hits[verdict.hit_count++] = hit;
+        if (hit == nullptr)
+            continue;
+        verdict.hits[verdict.hit_count++] = hit;
+        FieldTable::prefetch_counter(*hit);
     }
 }
 

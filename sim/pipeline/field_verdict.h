@@ -11,15 +11,6 @@
 
 namespace vexosim {
 
-/// Where a frame goes when entries have a say in it.
-enum class FieldPlace : std::uint8_t {
-    kOwn, ///< where the tables send it
-    kRedirect,
-    kLoopback,
-    kTrap,
-    kDrop
-};
-
 /// New contents of what leaves through ports.
 struct FieldEdits {
     int vid = -1, priority = -1, tos = -1; ///< -1: as it is

@@ -1,8 +1,6 @@
 // What the stages decided takes effect here.
 #include "sim/pipeline/forward.h"
 
-#include <bcm/field.h>
-
 #include "sim/pipeline/mirror.h"
 #include "sim/pipeline/rewrite.h"
 #include "sim/pipeline/stages.h"
@@ -151,7 +149,7 @@ void count_field_hits(const FieldVerdict& verdict)
 {
     for (std::size_t i = 0; i < verdict.hit_count; ++i) {
         const FieldHit& hit = *verdict.hits[i];
-        if (hit.entry->installed->has(bcmFieldActionUpdateCounter))
+        if (hit.effect.counts)
             FieldTable::count_packet(hit);
     }
 }
@@ -204,13 +202,20 @@ void settle(Chip& chip, CpuReceive& cpu, Packet& p, Outputs& outputs)
 /// Frames between the one that is on its way and the one whose MAC entries are fetched.
 constexpr std::size_t kAhead = 6;
 
+/// They may lie on both sides of a cache line's end.
+void fetch_headers(FrameView frame)
+{
+    __builtin_prefetch(frame.data());
+    __builtin_prefetch(frame.data() + 63);
+}
+
 /// Starts to fetch what the stages will read of the frames from `first` on.
 void fetch_ahead(const Chip& chip, int port, std::span<const FrameView> frames, std::size_t first,
                  std::size_t count)
 {
     for (std::size_t i = first; i < frames.size() && i < first + count; ++i) {
         if (i + kAhead < frames.size())
-            __builtin_prefetch(frames[i + kAhead].data());
+            fetch_headers(frames[i + kAhead]);
         if (frames[i].size() < kHeaderBytes + kTagBytes)
             continue;
         const std::uint8_t* bytes = frames[i].data();

@@ -129,7 +129,7 @@ TEST_P(Lpm, ACopyFindsTheSame)
 INSTANTIATE_TEST_SUITE_P(Family, Lpm, testing::Bool(),
                          [](const auto& family) { return family.param ? "Ip6" : "Ip4"; });
 
-/// Each needs two nodes of its own: as many as there can be.
+/// As many as the table holds, each with all bits of its own.
 TEST(LpmCapacity, AFullTableOfHostRoutesIsFound)
 {
     L3RouteTable table;
@@ -161,7 +161,7 @@ TEST(LpmCapacity, ATrieHasRoomFor32767Prefixes)
         ASSERT_EQ(trie.find(scattered(i)), i);
 }
 
-/// Two prefixes take three nodes: one is where they part, at their last nibble but one.
+/// Two prefixes take a node: where they part, at their last nibble but one.
 TEST(LpmCapacity, TheNodesOfPrefixesThatGoAreUsedAgain)
 {
     LpmTrie trie;
@@ -171,10 +171,10 @@ TEST(LpmCapacity, TheNodesOfPrefixesThatGoAreUsedAgain)
         trie.add(other, 32, 2);
         ASSERT_EQ(trie.find(one), 1) << i;
         ASSERT_EQ(trie.find(other), 2) << i;
-        trie.erase(one, 32, 0, LpmTrie::kNone);
+        trie.erase(1, LpmTrie::kNone);
         ASSERT_EQ(trie.find(one), LpmTrie::kNone) << i;
         ASSERT_EQ(trie.find(other), 2) << i;
-        trie.erase(other, 32, 0, LpmTrie::kNone);
+        trie.erase(2, LpmTrie::kNone);
     }
 }
 
