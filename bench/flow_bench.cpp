@@ -3,13 +3,12 @@
 #include <benchmark/benchmark.h>
 
 #include <fcntl.h>
-#include <malloc.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <vector>
 
+#include "bench/process.h"
 #include "core/factory.h"
 #include "flow/flow_types.h"
 #include "vexosim/clock.h"
@@ -43,22 +42,10 @@ private:
     int kept_;
 };
 
-/// Of this process's time on a core.
-double seconds()
-{
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-/// Freed memory is kept: what the kernel takes to give pages and to take them is not measured. Each
-/// piece is merged with its neighbours as it is freed, not thousands of them at a later time.
 VexoBcmSdk& driver()
 {
     if (bcm_sdk == nullptr) {
-        mallopt(M_TRIM_THRESHOLD, 1 << 30);
-        mallopt(M_MMAP_THRESHOLD, 1 << 30);
-        mallopt(M_MXFAST, 0);
+        keep_freed_memory();
         use_manual_clock();
         vexosdk_create_sdk_instance();
     }

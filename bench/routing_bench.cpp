@@ -3,11 +3,11 @@
 #include <benchmark/benchmark.h>
 
 #include <malloc.h>
-#include <time.h>
 
 #include <random>
 #include <vector>
 
+#include "bench/process.h"
 #include "core/factory.h"
 #include "sim/pipeline/forward.h"
 #include "vexosim/clock.h"
@@ -170,21 +170,11 @@ void FillTables(benchmark::State& state)
 }
 BENCHMARK(FillTables)->Iterations(1);
 
-/// Of this process's time on a core.
-double seconds()
-{
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-/// A card with one interface. Freed memory is kept: what the kernel takes to give pages and to take
-/// them is not measured.
+/// A card with one interface.
 VexoBcmSdk& driver()
 {
     if (bcm_sdk == nullptr) {
-        mallopt(M_TRIM_THRESHOLD, 1 << 30);
-        mallopt(M_MMAP_THRESHOLD, 1 << 30);
+        keep_freed_memory();
         use_manual_clock();
         vexosdk_create_sdk_instance();
         const unsigned char mac[6] = {2, 0, 0, 0, 0, 1};

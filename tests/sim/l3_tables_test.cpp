@@ -144,6 +144,12 @@ TEST(L3HostTable, TablesWithOtherEntriesDiffer)
     EXPECT_FALSE(other == one);
 }
 
+TEST(L3HostTable, TablesOfAnotherCapacityDiffer)
+{
+    EXPECT_EQ(L3HostTable(4), L3HostTable(4));
+    EXPECT_FALSE(L3HostTable(4) == L3HostTable(5));
+}
+
 TEST(L3HostTable, AnAddressHasOneEntryUnlessItIsReplaced)
 {
     L3HostTable hosts;
@@ -221,6 +227,19 @@ TEST(L3RouteTable, TheDigestDoesNotDependOnTheOrderOfEntry)
     second.add(other);
     EXPECT_EQ(one, other);
     EXPECT_EQ(first.value(), second.value());
+}
+
+TEST(L3RouteTable, TheDigestTellsWhereARouteLeads)
+{
+    const auto leading_to = [](int port) {
+        L3RouteTable table;
+        table.add(network(ip(10, 0, 0, 0), 8), {{0, 0, false, port, 0}, false}, false);
+        Digest d;
+        table.digest(d);
+        return d.value();
+    };
+    EXPECT_EQ(leading_to(1), leading_to(1));
+    EXPECT_NE(leading_to(1), leading_to(2));
 }
 
 } // namespace
