@@ -51,6 +51,18 @@ TextTable vlan_rules_table()
     return vlan_rules_table(*chip, port_names());
 }
 
+TextTable spanning_tree_table()
+{
+    const ChipLock chip;
+    return spanning_tree_table(*chip, port_names());
+}
+
+TextTable port_history_table()
+{
+    const ChipLock chip;
+    return port_history_table(*chip, port_names());
+}
+
 TextTable l3_interfaces_table()
 {
     const ChipLock chip;

@@ -122,6 +122,8 @@ public:
     int get_short(int port, int counter, std::uint64_t& value) const;
     /// While 0, the port's short set stands still. PORT; PARAM: neither 0 nor 1.
     int set_short_enable(int port, int enable);
+    /// Whether the short set of a port counts.
+    bool counting(int port) const { return !stopped_.test(port); }
     /// Sets all counters of the port to 0, of both sets. PORT.
     int clear(int port);
 

@@ -74,4 +74,33 @@ TextTable vlan_rules_table(const Chip& chip, const PortNames& names)
     return table;
 }
 
+TextTable spanning_tree_table(const Chip& chip, const PortNames& names)
+{
+    TextTable table{{"group", "state", "ports"}, {}};
+    for (int group = 1; group < StgTable::kGroups; ++group) {
+        std::array<PortSet, 5> by_state;
+        for (int port = 0; port < kPortCount; ++port)
+            by_state[static_cast<std::size_t>(chip.stgs.state(group, port))].set(port);
+        for (std::size_t state = 0; state < by_state.size(); ++state) {
+            if (by_state[state].any())
+                table.rows.push_back({std::to_string(group),
+                                      stp_state_name(static_cast<StpState>(state)),
+                                      names.names(by_state[state])});
+        }
+    }
+    return table;
+}
+
+TextTable port_history_table(const Chip& chip, const PortNames& names)
+{
+    TextTable table{{"port", "pause", "offer", "counting"}, {}};
+    for (int port : names.in_order()) {
+        const PortConfig& config = chip.ports[port];
+        table.rows.push_back({names.name(port), config.pause_by_hand ? "by hand" : "negotiated",
+                              config.advert == chip.ports.local_ability(port) ? "all" : "chosen",
+                              chip.counters.counting(port) ? "on" : "off"});
+    }
+    return table;
+}
+
 } // namespace vexosim

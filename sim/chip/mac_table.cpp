@@ -32,9 +32,9 @@ void MacEntry::digest(Digest& d) const
     d.add(key);
     d.add(block);
     for (std::uint32_t value :
-         {heard_ms, std::uint32_t{flags}, std::uint32_t{l2mc_index}, std::uint32_t{auth},
-          std::uint32_t{port}, std::uint32_t{trunk}, std::uint32_t{rtag}, std::uint32_t{cos_dst},
-          std::uint32_t{cos_src}})
+         {is_static() ? 0 : heard_ms, std::uint32_t{flags}, std::uint32_t{l2mc_index},
+          std::uint32_t{auth}, std::uint32_t{port}, std::uint32_t{trunk}, std::uint32_t{rtag},
+          std::uint32_t{cos_dst}, std::uint32_t{cos_src}})
         d.add(value);
 }
 

@@ -13,6 +13,8 @@ TextTable vlans_table(const Chip& chip, const PortNames& names);
 TextTable fdb_table(const Chip& chip, const PortNames& names);
 TextTable lags_table(const Chip& chip, const PortNames& names);
 TextTable vlan_rules_table(const Chip& chip, const PortNames& names);
+TextTable spanning_tree_table(const Chip& chip, const PortNames& names);
+TextTable port_history_table(const Chip& chip, const PortNames& names);
 TextTable l3_interfaces_table(const Chip& chip);
 TextTable l3_hosts_table(const Chip& chip, const PortNames& names);
 TextTable l3_routes_table(const Chip& chip, const PortNames& names);

@@ -28,6 +28,12 @@ TextTable fdb_table();
 TextTable lags_table();
 /// VLANs of untagged frames by source address, source subnet and protocol.
 TextTable vlan_rules_table();
+/// One row for each state that ports have in a spanning-tree group: 1 to 255, and the ports.
+TextTable spanning_tree_table();
+/// What the SDK does not read back: whether a port's PAUSE was set by hand or is negotiated,
+/// whether what it offers was chosen or is all it can do, and whether its short set of counters
+/// counts.
+TextTable port_history_table();
 /// One row for each layer-3 interface, by id: its router MAC address and VLAN.
 TextTable l3_interfaces_table();
 /// One row for each host entry, IPv4 first: its next hop, egress ("7", "cpu" or "lag 3"), whether a
