@@ -11,7 +11,10 @@ packages_of() {
             nlohmann-json3-dev
         ;;
     lab) echo iproute2 iputils-ping ;;
-    hosts) echo iproute2 iputils-ping tcpdump tshark lldpd openvswitch-switch python3-jsonschema ;;
+    hosts)
+        echo iproute2 iputils-ping tcpdump tshark lldpd openvswitch-switch python3-jsonschema \
+            groff-base
+        ;;
     ci) echo g++-powerpc-linux-gnu qemu-user clang-format clang-tidy doxygen ;;
     package) echo lintian dpkg-dev file ;;
     bench) echo libbenchmark-dev valgrind iproute2 iputils-ping openvswitch-switch ;;

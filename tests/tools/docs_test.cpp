@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "tests/tools/shell_test_fixture.h"
+#include "tools/vexosh/differences.h"
 #include "tools/vexosh/grammar.h"
 
 using namespace vexosh;
@@ -34,6 +35,7 @@ std::vector<std::string> session_lines()
 
 TEST_F(ShellTest, EveryCommandOfTheManualWorksAsItStands)
 {
+    set_card_program(VEXOSH_PROGRAM);
     ASSERT_GT(session_lines().size(), 100u);
     std::filesystem::current_path(VEXO_SOURCE_DIR); // where its captures are
     for (const std::string& line : session_lines()) {

@@ -24,7 +24,8 @@ std::size_t longest_line(const std::string& text)
 
 TEST(Completion, OffersTheWordsOfCommands)
 {
-    EXPECT_EQ(completions({"lag"}, ""), (Names{"create", "delete", "add", "remove", "criterion"}));
+    EXPECT_EQ(completions({"lag"}, ""),
+              (Names{"create", "delete", "add", "remove", "criterion", "book", "unbook"}));
     EXPECT_EQ(completions({"fdb", "limit"}, "p"), Names{"port"});
     EXPECT_EQ(completions({"nothing"}, ""), Names{});
 }
@@ -38,6 +39,14 @@ TEST(Completion, OffersWhatTheUsageSpellsOutWhereItMayStand)
     EXPECT_EQ(completions({"fdb", "flush", "vlan", "1"}, ""), Names{"static"});
     EXPECT_EQ(completions({"show", "fdb", "vlan", "1"}, "l"), (Names{"lag", "learned"}));
     EXPECT_EQ(completions({"port", "block", "1", "2", "all"}, "k"), Names{"known-multicast"});
+}
+
+TEST(Completion, ShowsWordsInColumnsThatFitTheScreen)
+{
+    const std::string word(30, 'a');
+    EXPECT_EQ(in_columns({"b", word, word, "c"}),
+              "b" + std::string(31, ' ') + word + "\n" + word + "  c");
+    EXPECT_EQ(in_columns({}), "");
 }
 
 TEST(Help, FoldsLongLinesAtBlanksAndBehindBars)

@@ -131,7 +131,8 @@ TEST_F(LagVerbs, BadInputIsOneLine)
 {
     run("lag create; lag create 7; lag add 0 1");
     const BadCommand cases[] = {
-        {"lag", "'lag' is followed by one of: create, delete, add, remove, criterion"},
+        {"lag", "'lag' is followed by one of: create, delete, add, remove, criterion, book, "
+                "unbook"},
         {"lag create x", "bad NUMBER 'x': a number from 1 to 4294967295 is wanted"},
         {"lag create 7", "1/2/7 is lag 1 already"},
         {"lag delete 5", "there is no lag 5; `show lags` lists them"},

@@ -131,7 +131,7 @@ void add(Shell& shell, Words& words)
     require(add_flow(*driver, match, id), words.command());
     if (const std::string refused = set_up(*driver, id, rest); !refused.empty()) {
         driver->delete_of_flow(id);
-        throw BadInput("flow add: the driver refused " + refused + ", so the flow is gone again");
+        throw Refused("flow add: the driver refused " + refused + ", so the flow is gone again");
     }
     shell.out() << "flow " << id << '\n';
 }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <climits>
 #include <iostream>
 
@@ -54,6 +55,29 @@ void help(Shell& shell, Words& words)
     }
 }
 
+/// A command from its words; those with blanks or separators are quoted.
+std::string as_command(const std::vector<std::string>& words)
+{
+    std::string command;
+    for (const std::string& word : words) {
+        command += (command.empty() ? "" : " ") + quoted(word);
+    }
+    return command;
+}
+
+/// Compares what an operation answered with what was told: its result, and its outputs' values.
+void check_answer(const std::string& name, const CallResult& result,
+                  const std::vector<std::string>& expected)
+{
+    std::vector<std::string> answer = {result.done ? "true" : "false"};
+    for (const std::string& output : result.outputs) {
+        answer.push_back(output.substr(output.find(" = ") + 3));
+    }
+    if (answer != expected) {
+        throw BadInput(name + " returned " + as_command(answer) + ", not " + as_command(expected));
+    }
+}
+
 void call(Shell& shell, Words& words)
 {
     const std::string name = words.next("OPERATION");
@@ -61,7 +85,11 @@ void call(Shell& shell, Words& words)
     if (operation == nullptr) {
         throw BadInput("no operation '" + name + "'; `operations` lists them all");
     }
-    const std::vector<std::string> arguments = words.rest();
+    std::vector<std::string> arguments = words.rest();
+    const auto equals = std::find(arguments.begin(), arguments.end(), "=");
+    const bool expects = equals != arguments.end();
+    const std::vector<std::string> expected(expects ? equals + 1 : equals, arguments.end());
+    arguments.erase(equals, arguments.end());
     if (arguments.size() != operation->inputs) {
         throw BadInput(name + " takes " + std::to_string(operation->inputs) +
                        (operation->inputs == 1 ? " argument" : " arguments") + ", not " +
@@ -69,11 +97,15 @@ void call(Shell& shell, Words& words)
                        operation->usage);
     }
     const CallResult result = operation->run(*shell.session().driver(), arguments);
+    if (expects) {
+        check_answer(name, result, expected);
+        return;
+    }
     for (const std::string& output : result.outputs) {
         shell.out() << output << '\n';
     }
     if (!result.done) {
-        throw BadInput(name + " returned false");
+        throw Refused(name + " returned false");
     }
 }
 
@@ -95,16 +127,17 @@ void source(Shell& shell, Words& words)
     shell.run_script_file(path);
 }
 
-/// A command from its words; those with blanks or separators are quoted.
-std::string as_command(const std::vector<std::string>& words)
+void try_command(Shell& shell, Words& words)
 {
-    std::string command;
-    for (const std::string& word : words) {
-        const bool plain = !word.empty() && word.find_first_of(" \t;#\"'") == std::string::npos;
-        const char quote = word.find('"') == std::string::npos ? '"' : '\'';
-        command += (command.empty() ? "" : " ") + (plain ? word : quote + word + quote);
+    const std::string command = as_command(words.rest());
+    if (command.empty()) {
+        words.next("COMMAND");
     }
-    return command;
+    try {
+        shell.run_line(command);
+    } catch (const BadInput& problem) {
+        shell.out() << problem.what() << '\n';
+    }
 }
 
 void json(Shell& shell, Words& words)
@@ -175,9 +208,13 @@ void quit(Shell& shell, Words& words)
 }
 
 constexpr Command kCommands[] = {
-    {"call", "OPERATION ARGUMENTS...", "call any operation of the driver by its name", call},
+    {"call", "OPERATION ARGUMENTS... [= RESULT...]",
+     "call any operation of the driver by its name; with = it fails if the operation answers "
+     "something else than true or false and these outputs",
+     call},
     {"operations", "[PART]", "list the driver's operations and their arguments", list_operations},
     {"source", "FILE", "run the commands of a script", source},
+    {"try", "COMMAND...", "run a command, and go on if it fails; says why", try_command},
     {"json", "COMMAND...", "run a command whose tables are printed as JSON, for programs", json},
     {"watch", "[every DURATION] [times N] COMMAND...",
      "run a command again and again, once a second unless told otherwise; Ctrl-C ends it", watch},

@@ -8,12 +8,22 @@ unsigned next_lag(Words& words)
     return words.number("LAG", 0, INT32_MAX);
 }
 
+/// Tells a record what the bookkeeping of a LAG is now.
+void record_booking(Shell& shell, unsigned id)
+{
+    if (CallRecord& record = shell.session().record(); record.on()) {
+        record.line(Lags::booking(id));
+    }
+}
+
 void create(Shell& shell, Words& words)
 {
     const unsigned number = words.empty() ? 0 : words.number("NUMBER", 1, UINT32_MAX);
     words.end();
     auto driver = shell.session().driver();
-    shell.out() << "lag " << shell.session().lags().create(*driver, number) << '\n';
+    const unsigned id = shell.session().lags().create(*driver, number);
+    record_booking(shell, id);
+    shell.out() << "lag " << id << '\n';
 }
 
 void destroy(Shell& shell, Words& words)
@@ -22,6 +32,7 @@ void destroy(Shell& shell, Words& words)
     words.end();
     auto driver = shell.session().driver();
     shell.session().lags().destroy(*driver, id);
+    record_booking(shell, id);
 }
 
 void add_ports(Shell& shell, Words& words)
@@ -31,6 +42,7 @@ void add_ports(Shell& shell, Words& words)
     words.end();
     auto driver = shell.session().driver();
     shell.session().lags().add_ports(*driver, id, ports);
+    record_booking(shell, id);
 }
 
 void remove_ports(Shell& shell, Words& words)
@@ -40,6 +52,7 @@ void remove_ports(Shell& shell, Words& words)
     words.end();
     auto driver = shell.session().driver();
     shell.session().lags().remove_ports(*driver, id, ports);
+    record_booking(shell, id);
 }
 
 void criterion(Shell& shell, Words& words)
@@ -49,6 +62,26 @@ void criterion(Shell& shell, Words& words)
     words.end();
     auto driver = shell.session().driver();
     shell.session().lags().set_criterion(*driver, id, criterion);
+}
+
+void book(Shell& shell, Words& words)
+{
+    const unsigned id = next_lag(words);
+    const unsigned number = words.number("NUMBER", 1, UINT32_MAX);
+    const std::list<Mp> ports = parse_ports(words.next("PORTS"));
+    words.end();
+    const auto driver = shell.session().driver();
+    shell.session().lags().book(id, number, ports);
+    record_booking(shell, id);
+}
+
+void unbook(Shell& shell, Words& words)
+{
+    const unsigned id = next_lag(words);
+    words.end();
+    const auto driver = shell.session().driver();
+    shell.session().lags().unbook(id);
+    record_booking(shell, id);
 }
 
 constexpr Command kCommands[] = {
@@ -61,6 +94,11 @@ constexpr Command kCommands[] = {
      remove_ports},
     {"lag criterion", "LAG src-mac|dst-mac|src-dst-mac|src-ip|dst-ip|src-dst-ip",
      "what decides which member a frame takes", criterion},
+    {"lag book", "LAG NUMBER PORTS",
+     "the manager's bookkeeping of a LAG alone, its configured ports and its Usp 1/2/NUMBER: what "
+     "recorded calls go by",
+     book},
+    {"lag unbook", "LAG", "and without it", unbook},
 };
 
 } // namespace

@@ -1,9 +1,11 @@
 #include "tools/vexosh/flow_words.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <span>
 
+#include "tools/vexosh/call_words.h"
 #include "tools/vexosh/input.h"
 
 namespace vexosh {
@@ -38,45 +40,63 @@ std::uint16_t named_number(std::span<const Name> names, std::string_view word,
                                 : static_cast<std::uint16_t>(parse_number(word, what, 0, most));
 }
 
-using Setter = void (*)(of_flow_mp_s&, std::string_view);
+using Flow = of_flow_mp_s;
+using Setter = void (*)(Flow&, std::string_view);
+using Getter = std::string (*)(const Flow&);
 struct Field {
     std::string_view name; ///< as `call` takes it
     std::string_view word; ///< as commands take it
     std::uint32_t flag;
     std::uint16_t most; ///< what frames have at most, 0 for what is no plain number
     Setter set;
+    Getter get; ///< as `call` takes it
 };
 
 constexpr Field kFields[] = {
-    {"in_port", "in-port", 0x0001, 0,
-     [](of_flow_mp_s& f, std::string_view w) { f.port = parse_port(w); }},
+    {"in_port", "in-port", 0x0001, 0, [](Flow& f, std::string_view w) { f.port = parse_port(w); },
+     [](const Flow& f) { return as_word(f.port, ""); }},
     {"src_mac", "src-mac", 0x0002, 0,
-     [](of_flow_mp_s& f, std::string_view w) { std::ranges::copy(parse_mac(w), f.src_mac); }},
+     [](Flow& f, std::string_view w) { std::ranges::copy(parse_mac(w), f.src_mac); },
+     [](const Flow& f) { return text(std::to_array(f.src_mac)); }},
     {"dst_mac", "dst-mac", 0x0004, 0,
-     [](of_flow_mp_s& f, std::string_view w) { std::ranges::copy(parse_mac(w), f.dst_mac); }},
+     [](Flow& f, std::string_view w) { std::ranges::copy(parse_mac(w), f.dst_mac); },
+     [](const Flow& f) { return text(std::to_array(f.dst_mac)); }},
     {"ether_type", "ether-type", 0x0008, 0,
-     [](of_flow_mp_s& f, std::string_view w) {
+     [](Flow& f, std::string_view w) {
          f.ether_type = named_number(kEtherTypes, w, "ether-type", UINT16_MAX);
-     }},
+     },
+     [](const Flow& f) { return std::to_string(f.ether_type); }},
     {"vlan", "vlan", 0x0010, 4095,
-     [](of_flow_mp_s& f, std::string_view w) { f.vlan_id = number16(w, "vlan"); }},
+     [](Flow& f, std::string_view w) { f.vlan_id = number16(w, "vlan"); },
+     [](const Flow& f) { return std::to_string(f.vlan_id); }},
     {"pri", "vlan-priority", 0x0020, 7,
-     [](of_flow_mp_s& f, std::string_view w) { f.vlan_pri = number16(w, "pri"); }},
+     [](Flow& f, std::string_view w) { f.vlan_pri = number16(w, "pri"); },
+     [](const Flow& f) { return std::to_string(f.vlan_pri); }},
     {"src_ip", "src-ip", 0x0040, 0,
-     [](of_flow_mp_s& f, std::string_view w) { set_masked(w, f.src_ip, f.src_ip_mask); }},
-    {"dst_ip", "dst-ip", 0x0080, 0,
-     [](of_flow_mp_s& f, std::string_view w) { set_masked(w, f.dst_ip, f.dst_ip_mask); }},
-    {"sport", "l4-src", 0x0100, UINT16_MAX,
-     [](of_flow_mp_s& f, std::string_view w) { f.l4_src_port = number16(w, "sport"); }},
-    {"dport", "l4-dst", 0x0200, UINT16_MAX,
-     [](of_flow_mp_s& f, std::string_view w) { f.l4_dst_port = number16(w, "dport"); }},
-    {"proto", "ip-proto", 0x0400, 0,
-     [](of_flow_mp_s& f, std::string_view w) {
-         f.ip_protocol = named_number(kProtocols, w, "ip-proto", UINT16_MAX);
+     [](Flow& f, std::string_view w) { set_masked(w, f.src_ip, f.src_ip_mask); },
+     [](const Flow& f) {
+         return text(MaskedIp{f.src_ip, f.src_ip_mask});
      }},
-    {"tos", "tos", 0x0800, 255,
-     [](of_flow_mp_s& f, std::string_view w) { f.tos = number16(w, "tos"); }},
-    {"udf", "udf", 0x1000, 0, [](of_flow_mp_s&, std::string_view) {}},
+    {"dst_ip", "dst-ip", 0x0080, 0,
+     [](Flow& f, std::string_view w) { set_masked(w, f.dst_ip, f.dst_ip_mask); },
+     [](const Flow& f) {
+         return text(MaskedIp{f.dst_ip, f.dst_ip_mask});
+     }},
+    {"sport", "l4-src", 0x0100, UINT16_MAX,
+     [](Flow& f, std::string_view w) { f.l4_src_port = number16(w, "sport"); },
+     [](const Flow& f) { return std::to_string(f.l4_src_port); }},
+    {"dport", "l4-dst", 0x0200, UINT16_MAX,
+     [](Flow& f, std::string_view w) { f.l4_dst_port = number16(w, "dport"); },
+     [](const Flow& f) { return std::to_string(f.l4_dst_port); }},
+    {"proto", "ip-proto", 0x0400, 0,
+     [](Flow& f, std::string_view w) {
+         f.ip_protocol = named_number(kProtocols, w, "ip-proto", UINT16_MAX);
+     },
+     [](const Flow& f) { return std::to_string(f.ip_protocol); }},
+    {"tos", "tos", 0x0800, 255, [](Flow& f, std::string_view w) { f.tos = number16(w, "tos"); },
+     [](const Flow& f) { return std::to_string(f.tos); }},
+    {"udf", "udf", 0x1000, 0, [](Flow&, std::string_view) {},
+     [](const Flow&) { return std::string{}; }},
 };
 
 } // namespace
@@ -154,6 +174,19 @@ of_flow_mp_s parse_flow(std::string_view word)
         word.remove_prefix(std::min(word.size(), piece.size() + 1));
     }
     return flow;
+}
+
+std::string text(const of_flow_mp_s& flow)
+{
+    std::string fields;
+    for (const Field& field : kFields) {
+        if ((flow.flags & field.flag) != 0) {
+            const std::string value = field.get(flow);
+            fields += (fields.empty() ? "" : ",") + std::string(field.name) +
+                      (value.empty() ? "" : "=" + value);
+        }
+    }
+    return fields.empty() ? "any" : fields;
 }
 
 of_action_param_s parse_action_param(std::string_view word)

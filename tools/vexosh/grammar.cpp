@@ -86,14 +86,15 @@ const std::vector<const Command*>& all_commands()
     static const std::vector<const Command*> all = [] {
         std::vector<const Command*> list;
         for (const auto commands :
-             {card_commands(),    trouble_commands(),   vlan_commands(),
-              port_commands(),    traffic_commands(),   lag_commands(),
-              fdb_commands(),     stp_commands(),       flow_commands(),
-              trap_commands(),    l3_commands(),        route_commands(),
-              counter_commands(), frame_commands(),     replay_commands(),
-              capture_commands(), show_port_commands(), show_counter_commands(),
-              show_l2_commands(), show_flow_commands(), show_l3_commands(),
-              show_commands(),    general_commands()}) {
+             {card_commands(),      trouble_commands(),      vlan_commands(),
+              port_commands(),      traffic_commands(),      lag_commands(),
+              fdb_commands(),       stp_commands(),          flow_commands(),
+              trap_commands(),      l3_commands(),           route_commands(),
+              counter_commands(),   frame_commands(),        replay_commands(),
+              capture_commands(),   save_commands(),         record_commands(),
+              show_port_commands(), show_counter_commands(), show_l2_commands(),
+              show_flow_commands(), show_l3_commands(),      show_commands(),
+              general_commands()}) {
             for (const Command& command : commands) {
                 list.push_back(&command);
             }
@@ -145,6 +146,27 @@ std::vector<std::string> completions(const std::vector<std::string>& words, std:
     }
     std::erase_if(found, [&](const std::string& word) { return !word.starts_with(start); });
     return found;
+}
+
+std::string in_columns(const std::vector<std::string>& words)
+{
+    constexpr std::size_t kGap = 2;
+    std::size_t width = 0;
+    for (const std::string& word : words) {
+        width = std::max(width, word.size() + kGap);
+    }
+    std::string text;
+    std::size_t column = 0;
+    for (const std::string& word : words) {
+        if (column > 0 && column + word.size() > kColumns) {
+            text.erase(text.find_last_not_of(' ') + 1);
+            text += '\n';
+            column = 0;
+        }
+        text += word + std::string(width - word.size(), ' ');
+        column += width;
+    }
+    return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
 std::string folded(const std::string& text, std::size_t indent)

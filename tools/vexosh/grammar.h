@@ -37,6 +37,8 @@ std::span<const Command> counter_commands();
 std::span<const Command> frame_commands();
 std::span<const Command> replay_commands();
 std::span<const Command> capture_commands();
+std::span<const Command> save_commands();
+std::span<const Command> record_commands();
 std::span<const Command> show_port_commands();
 std::span<const Command> show_counter_commands();
 std::span<const Command> show_l2_commands();
@@ -59,6 +61,9 @@ std::vector<std::string> next_command_words(const std::vector<std::string>& word
 /// Every word that may follow `words` and begins with `start`: of commands, or one that a command's
 /// usage spells out.
 std::vector<std::string> completions(const std::vector<std::string>& words, std::string_view start);
+
+/// Words in columns of equal width, in lines of at most 80 characters.
+std::string in_columns(const std::vector<std::string>& words);
 
 /// Text in lines of at most 80 columns, broken at blanks or behind |; all but the first line are
 /// indented.

@@ -87,6 +87,13 @@ std::vector<std::string> split_commands(std::string_view line)
     return commands;
 }
 
+std::string quoted(const std::string& word)
+{
+    const bool plain = !word.empty() && word.find_first_of(" \t;#\"'") == std::string::npos;
+    const char quote = word.find('"') == std::string::npos ? '"' : '\'';
+    return plain ? word : quote + word + quote;
+}
+
 std::int64_t parse_number(std::string_view word, std::string_view what, std::int64_t least,
                           std::int64_t most)
 {

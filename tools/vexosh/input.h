@@ -19,6 +19,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// What the driver refused to do.
+class Refused : public BadInput {
+public:
+    using BadInput::BadInput;
+};
+
 using Mac = std::array<unsigned char, 6>;
 using Ip6 = std::array<unsigned char, 16>;
 using Bytes = std::vector<std::uint8_t>;
@@ -27,6 +33,8 @@ using Bytes = std::vector<std::uint8_t>;
 std::vector<std::string> split_words(std::string_view line);
 /// Splits a line at semicolons outside quotes and comments.
 std::vector<std::string> split_commands(std::string_view line);
+/// A word as it can stand in a line: in quotes if it has blanks or separators, or is empty.
+std::string quoted(const std::string& word);
 
 /// A number, decimal or with 0x, within limits; `what` names it in errors.
 std::int64_t parse_number(std::string_view word, std::string_view what, std::int64_t least,

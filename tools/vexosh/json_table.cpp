@@ -51,7 +51,8 @@ nlohmann::ordered_json ports_of(const std::string& text)
 nlohmann::ordered_json cell_of(const std::string& column, const std::string& text)
 {
     constexpr std::array kPortLists = {"ports", "tagged", "untagged", "active", "from"};
-    constexpr std::array kTexts = {"for", "match", "actions", "usp", "host", "network", "via"};
+    constexpr std::array kTexts = {"digest", "for",  "match",   "actions",
+                                   "usp",    "host", "network", "via"};
     if (std::ranges::find(kPortLists, column) != kPortLists.end()) {
         return ports_of(text);
     }

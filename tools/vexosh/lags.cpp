@@ -83,13 +83,46 @@ void Lags::destroy(VexoSdkBase& sdk, unsigned id)
 {
     const std::list<Mp> members = members_of(id);
     require(sdk.delete_lag(id), "lag delete " + std::to_string(id));
+    unbook(id);
+    criteria_.erase(id);
+    for (const Mp& port : members) {
+        active_.erase(port);
+    }
+}
+
+void Lags::unbook(unsigned id)
+{
     Usp usp;
     vexosdk_lag_id_to_lag_usp(id, usp);
     vexosdk_delete_lag_mapping(usp, id);
     delete_lag_from_list(id, lag_list);
-    criteria_.erase(id);
-    for (const Mp& port : members) {
-        active_.erase(port);
+}
+
+void Lags::book(unsigned id, unsigned number, std::list<Mp> ports)
+{
+    unbook(id);
+    add_lag_to_list(id, lag_list);
+    vexosdk_add_lag_mapping(Usp(1, kLagSlot, number), id);
+    add_lag_member(id, lag_list, ports);
+}
+
+std::string Lags::booking(unsigned id)
+{
+    std::list<Mp> members;
+    Usp usp;
+    if (!get_lag_member(id, members) || !vexosdk_lag_id_to_lag_usp(id, usp)) {
+        return "lag unbook " + std::to_string(id);
+    }
+    return "lag book " + std::to_string(id) + " " + std::to_string(usp.port()) + " " +
+           text(members);
+}
+
+void Lags::read_active()
+{
+    active_.clear();
+    for (const auto& row : vexosim::lags_table().rows) {
+        const std::list<Mp> ports = parse_ports(row[2] == "none" ? "-" : row[2].c_str());
+        active_.insert(ports.begin(), ports.end());
     }
 }
 

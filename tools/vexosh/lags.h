@@ -24,6 +24,13 @@ public:
     /// Takes ports out; the driver leaves those that were active blocking.
     void remove_ports(VexoSdkBase& sdk, unsigned id, std::list<Mp> ports);
     void set_criterion(VexoSdkBase& sdk, unsigned id, lag_psc_t criterion);
+    /// The bookkeeping alone, as recorded calls need it: who is configured, and the Usp's number.
+    void book(unsigned id, unsigned number, std::list<Mp> ports);
+    void unbook(unsigned id);
+    /// What is in the bookkeeping, as `lag book` and `lag unbook` take it.
+    static std::string booking(unsigned id);
+    /// Reads from the chip which members are active.
+    void read_active();
     /// A configured member joins the active ones when its link comes up and leaves when it goes.
     /// @return false when the driver refused.
     bool link_changed(VexoSdkBase& sdk, const Mp& port, bool up);

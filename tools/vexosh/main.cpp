@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "tools/vexosh/client.h"
+#include "tools/vexosh/manual_page.h"
 #include "tools/vexosh/server.h"
 #include "tools/vexosh/shell.h"
 #include "tools/vexosh/terminal.h"
@@ -23,6 +24,7 @@ struct Options {
     bool interactive = false;
     bool keep_going = false;
     bool json = false;
+    bool manual_page = false;
 
     bool nothing_to_run() const { return scripts.empty() && commands.empty(); }
 };
@@ -116,6 +118,15 @@ int run_card(const Options& options)
     return shell.failures() == 0 ? 0 : 1;
 }
 
+std::string manual_page(const CLI::App& app)
+{
+    std::vector<std::pair<std::string, std::string>> options;
+    for (const CLI::Option* option : app.get_options()) {
+        options.emplace_back(option->get_name(false, true), option->get_description());
+    }
+    return vexosh::manual_page(options);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -137,7 +148,12 @@ try {
     app.add_option("-C,--connect", options.connect,
                    "use the card that is served at this socket instead of one of its own")
         ->excludes(listen);
+    app.add_flag("--man", options.manual_page, "print the manual page, for troff");
     CLI11_PARSE(app, argc, argv);
+    if (options.manual_page) {
+        std::cout << manual_page(app);
+        return 0;
+    }
     return options.connect.empty() ? run_card(options) : run_client(options);
 } catch (const std::exception& problem) {
     std::fflush(stdout);

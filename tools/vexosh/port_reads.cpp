@@ -8,6 +8,28 @@ std::string admin_text(VexoSdkBase& sdk, const Mp& port)
     return !sdk.get_port_enabled(port, enabled) ? kUnreadable : enabled ? "up" : "down";
 }
 
+std::string pause_text(VexoSdkBase& sdk, const Mp& port)
+{
+    unsigned rx = 0;
+    unsigned tx = 0;
+    if (!sdk.get_port_pause(port, rx, tx)) {
+        return kUnreadable;
+    }
+    return rx != 0 ? (tx != 0 ? "both" : "rx") : (tx != 0 ? "tx" : "off");
+}
+
+std::string pause_address_text(VexoSdkBase& sdk, const Mp& port)
+{
+    unsigned char mac[6] = {};
+    return sdk.get_port_pause_addr(port, mac) ? text(std::to_array(mac)) : kUnreadable;
+}
+
+std::string priority_text(VexoSdkBase& sdk, const Mp& port)
+{
+    unsigned priority = 0;
+    return sdk.get_port_vlan_priority(port, 0, priority) ? std::to_string(priority) : kUnreadable;
+}
+
 /// Each of the driver's two operations tells some of the modes apart.
 std::string learning_text(VexoSdkBase& sdk, const Mp& port)
 {

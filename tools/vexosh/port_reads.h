@@ -30,6 +30,10 @@ std::string read(VexoSdkBase& sdk, const Mp& port, bool (VexoSdkBase::*get)(cons
 }
 
 std::string admin_text(VexoSdkBase& sdk, const Mp& port);
+/// off, rx, tx or both, as `port pause` takes them.
+std::string pause_text(VexoSdkBase& sdk, const Mp& port);
+std::string pause_address_text(VexoSdkBase& sdk, const Mp& port);
+std::string priority_text(VexoSdkBase& sdk, const Mp& port);
 /// on, learn, forward or cpu, as `port learn` takes them.
 std::string learning_text(VexoSdkBase& sdk, const Mp& port);
 /// A learning limit; the place of LAGs and VLANs is their number as an `Mp`'s port.

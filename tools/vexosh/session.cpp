@@ -8,6 +8,7 @@
 #include "platform/port_map.h"
 #include "tools/vexosh/event_printers.h"
 #include "tools/vexosh/frame_words.h"
+#include "tools/vexosh/recording_sdk.h"
 #include "vexosim/board.h"
 #include "vexosim/clock.h"
 #include "vexosim/ports.h"
@@ -35,8 +36,10 @@ Session::Session()
     if (!vexosdk_get_sdk_instance(sdk_)) {
         throw std::runtime_error("the driver has no instance");
     }
+    recording_sdk_ = std::make_unique<RecordingSdk>(*sdk_, record_);
     int slot = 0;
     vexo_init_line_card(slot);
+    fresh_ = read_configuration(*sdk_);
     vexosim::connect_wires();
     the_session = this;
     set_event_sink([this](const Event& event) { tell(event, true); });
@@ -61,6 +64,11 @@ Session::~Session()
     vexosdk_delete_sdk_instance(sdk_);
     set_event_sink({});
     the_session = nullptr;
+}
+
+Session::Driver Session::driver()
+{
+    return {driver_mutex_, recording_sdk_.get()};
 }
 
 void Session::on_packet(RxPacket* packet, void* cookie)
@@ -104,6 +112,14 @@ void Session::walk_mac_table()
     driver()->traverse_mac_table(nullptr);
 }
 
+/// One more than are kept tells that some are missing.
+void Session::keep_field_command(const std::string& command)
+{
+    if (field_commands_.size() <= kMostFieldCommands) {
+        field_commands_.push_back(command);
+    }
+}
+
 void Session::manage()
 {
     std::unique_lock lock(mutex_);
@@ -123,7 +139,7 @@ void Session::manage()
 void Session::handle(const LinkEvent& event)
 {
     Mp port(0, 0);
-    if (!map_user_port_to_mp(event.user_port, port)) {
+    if (!managing_links_ || !map_user_port_to_mp(event.user_port, port)) {
         return;
     }
     auto sdk = driver();

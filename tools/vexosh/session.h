@@ -5,16 +5,21 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "core/sdk_base.h"
+#include "tools/vexosh/call_record.h"
+#include "tools/vexosh/configuration.h"
 #include "tools/vexosh/event.h"
 #include "tools/vexosh/lags.h"
 
 namespace vexosh {
+
+class RecordingSdk;
 
 /// A packet that reached the CPU's subscriber.
 struct CpuPacket {
@@ -46,10 +51,22 @@ public:
         std::unique_lock<std::recursive_mutex> lock_;
         VexoSdkBase* sdk_;
     };
-    Driver driver() { return Driver(driver_mutex_, sdk_); }
+    Driver driver();
+
+    /// Where driver calls are recorded; to be used with the driver held.
+    CallRecord& record() { return record_; }
 
     /// The LAGs; to be used with the driver held.
     Lags& lags() { return lags_; }
+
+    /// What the driver and the chip were like after bring-up.
+    const Configuration& fresh() const { return fresh_; }
+
+    /// Commands that changed flows and traps, from bring-up on: their numbers are history. Used by
+    /// the one who has the turn.
+    static constexpr std::size_t kMostFieldCommands = 100'000;
+    void keep_field_command(const std::string& command);
+    const Lines& field_commands() const { return field_commands_; }
 
     /// To be locked while a command runs: one at a time, of whichever shell.
     std::unique_lock<std::mutex> turn() { return {command_mutex_, std::defer_lock}; }
@@ -63,6 +80,9 @@ public:
 
     /// Whether ports that come up are put into forwarding; on at first.
     void set_auto_forwarding(bool on) { auto_forwarding_ = on; }
+    bool auto_forwarding() const { return auto_forwarding_; }
+    /// Whether anything is done about links; not while recorded calls do it.
+    void manage_links(bool on) { managing_links_ = on; }
 
     /// Somebody who is told what happens, on the thread on which it does.
     using Follower = std::function<void(const Event&)>;
@@ -96,16 +116,20 @@ private:
     void handle(const LinkEvent& event);
 
     VexoSdkBase* sdk_ = nullptr;
+    CallRecord record_; // of the driver's mutex
+    std::unique_ptr<RecordingSdk> recording_sdk_;
     std::mutex command_mutex_;
     std::recursive_mutex driver_mutex_;
     Lags lags_; // of the driver's mutex, too
+    Configuration fresh_;
+    Lines field_commands_; // of the command mutex
 
     mutable std::mutex mutex_; // of everything below
     std::condition_variable wake_;
     std::deque<LinkEvent> link_events_;
     std::deque<CpuPacket> packets_;
     std::size_t packet_count_ = 0;
-    std::atomic<bool> auto_forwarding_{true};
+    std::atomic<bool> auto_forwarding_{true}, managing_links_{true};
     bool stopping_ = false;
     std::thread manager_; // not with the manual clock
 

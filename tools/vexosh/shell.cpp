@@ -1,5 +1,7 @@
 #include "tools/vexosh/shell.h"
 
+#include <algorithm>
+#include <array>
 #include <thread>
 
 #include "tools/vexosh/interrupt.h"
@@ -15,6 +17,12 @@ std::string joined(const std::vector<std::string>& words, const char* separator)
         text += (text.empty() ? "" : separator) + word;
     }
     return text;
+}
+
+std::string trimmed(const std::string& text)
+{
+    const std::size_t start = text.find_first_not_of(" \t");
+    return text.substr(start, text.find_last_not_of(" \t") + 1 - start);
 }
 
 /// Why words begin no command: as far as they are understood, and what may come then.
@@ -78,7 +86,7 @@ void Words::usage_error(const std::string& problem) const
 void require(bool done, const std::string& what)
 {
     if (!done) {
-        throw BadInput(what + ": the driver refused");
+        throw Refused(what + ": the driver refused");
     }
 }
 
@@ -179,8 +187,41 @@ void Shell::run_command(const std::string& text)
     Words rest({words.begin() + static_cast<std::ptrdiff_t>(length), words.end()}, *command);
     const Turn turn(*this);
     command_ = command->words;
-    command->run(*this, rest);
+    record(text);
+    try {
+        command->run(*this, rest);
+    } catch (const Refused&) {
+        keep(words, "try " + text);
+        throw;
+    }
+    keep(words, text);
     session_.settle();
+}
+
+/// Notes what happens to the card other than by driver calls, while these are recorded.
+void Shell::record(const std::string& text)
+{
+    constexpr std::array kSurroundings = {"attach", "detach", "link", "partner",   "impair",
+                                          "wait",   "fault",  "send", "send-file", "replay"};
+    const auto driver = session_.driver();
+    if (session_.record().on() &&
+        std::ranges::find(kSurroundings, command_) != kSurroundings.end()) {
+        session_.record().line(trimmed(text));
+    }
+}
+
+/// Has the session keep a command that has changed flows or traps.
+void Shell::keep(const std::vector<std::string>& words, const std::string& text)
+{
+    const auto is = [&words](std::size_t at, std::string_view word) {
+        return words.size() > at && words[at] == word;
+    };
+    const bool called = is(0, "call") && words.size() > 1 && !words[1].starts_with("get_") &&
+                        (words[1].find("_of_flow") != std::string::npos ||
+                         words[1].find("_filter") != std::string::npos);
+    if (is(0, "flow") || is(0, "trap") || called) {
+        session_.keep_field_command(trimmed(text));
+    }
 }
 
 bool Shell::pause(std::chrono::microseconds duration)

@@ -97,6 +97,8 @@ public:
 private:
     class Turn;
     void run_command(const std::string& command) override;
+    void record(const std::string& text);
+    void keep(const std::vector<std::string>& words, const std::string& text);
 
     Session& session_;
     LineStream out_;

@@ -31,22 +31,6 @@ void show_ports(Shell& shell, Words& words)
     print(shell, table);
 }
 
-std::string pause_text(Sdk& sdk, const Mp& port)
-{
-    unsigned rx = 0;
-    unsigned tx = 0;
-    if (!sdk.get_port_pause(port, rx, tx)) {
-        return kUnreadable;
-    }
-    return rx != 0 ? (tx != 0 ? "both" : "rx") : (tx != 0 ? "tx" : "off");
-}
-
-std::string pause_address_text(Sdk& sdk, const Mp& port)
-{
-    unsigned char mac[6] = {};
-    return sdk.get_port_pause_addr(port, mac) ? text(std::to_array(mac)) : kUnreadable;
-}
-
 std::string accept_text(Sdk& sdk, const Mp& port)
 {
     bool tagged_only = false;
@@ -60,12 +44,6 @@ std::string egress_text(Sdk& sdk, const Mp& port)
 {
     bool blocked = false;
     return !sdk.get_port_egress_admin_state(port, blocked) ? kUnreadable : blocked ? "off" : "on";
-}
-
-std::string priority_text(Sdk& sdk, const Mp& port)
-{
-    unsigned priority = 0;
-    return sdk.get_port_vlan_priority(port, 0, priority) ? std::to_string(priority) : kUnreadable;
 }
 
 /// "0,0,1,1,...": the queue of each priority.
