@@ -40,6 +40,19 @@ std::string common_start(const std::set<std::string>& words)
     return {first.begin(), differs};
 }
 
+/// Says how a command goes on where a value is to come.
+bool show_usage(std::string_view before)
+try {
+    std::size_t length = 0;
+    const Command* command = find_command(split_words(split_commands(before).back()), length);
+    if (command != nullptr) {
+        std::cout << '\n' << folded(synopsis(*command), 8) << std::endl;
+    }
+    return command != nullptr;
+} catch (const BadInput&) {
+    return false; // inside quotes
+}
+
 unsigned char complete(EditLine* line, int)
 {
     const LineInfo* info = el_line(line);
@@ -49,18 +62,14 @@ unsigned char complete(EditLine* line, int)
     const std::string begin(typed.substr(start));
     const std::set<std::string> found = candidates(typed.substr(0, start), begin);
     if (found.empty()) {
-        return CC_ERROR;
+        return show_usage(typed.substr(0, start)) ? CC_REDISPLAY : CC_ERROR;
     }
     const std::string insert =
         common_start(found).substr(begin.size()) + (found.size() == 1 ? " " : "");
     if (!insert.empty()) {
         return el_insertstr(line, insert.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
     }
-    std::cout << '\n';
-    for (const std::string& word : found) {
-        std::cout << word << "  ";
-    }
-    std::cout << std::endl;
+    std::cout << '\n' << in_columns({found.begin(), found.end()}) << std::endl;
     return CC_REDISPLAY;
 }
 
@@ -97,9 +106,8 @@ void run_terminal(Interpreter& shell)
         try {
             shell.run_line(text);
         } catch (const BadInput& problem) {
-            std::cerr << (wants_colour(STDERR_FILENO)
-                              ? "\033[31m" + std::string(problem.what()) + "\033[0m"
-                              : problem.what())
+            const std::string said = folded(problem.what(), 4);
+            std::cerr << (wants_colour(STDERR_FILENO) ? "\033[31m" + said + "\033[0m" : said)
                       << std::endl;
         }
     }
