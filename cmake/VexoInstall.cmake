@@ -78,5 +78,5 @@ if(own_sdk AND TARGET vexosh)
   set_target_properties(vexosh PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
   install(TARGETS vexosh COMPONENT vexosh)
   install(FILES "${CMAKE_BINARY_DIR}/tools/vexosh/vexosh.1"
-          DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT vexosh OPTIONAL)
+          DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT vexosh)
 endif()
