@@ -16,11 +16,12 @@ packages_of() {
             groff-base
         ;;
     ci) echo g++-powerpc-linux-gnu qemu-user clang-format clang-tidy doxygen ;;
+    fuzz) echo clang-14 libclang-rt-14-dev ;;
     package) echo lintian dpkg-dev file ;;
     bench) echo libbenchmark-dev valgrind iproute2 iputils-ping openvswitch-switch ;;
     capture) echo iproute2 iputils-ping ethtool tcpdump socat lldpd openvswitch-switch ;;
     *)
-        echo "setup.sh: no package group '$1' (there are: build lab hosts ci package bench capture)" >&2
+        echo "setup.sh: no package group '$1' (there are: build lab hosts ci fuzz package bench capture)" >&2
         return 2
         ;;
     esac
