@@ -124,7 +124,7 @@ void show_impairments(Shell& shell, Words& words)
 /// The function of the SDK that a word names, or empty for `any`.
 std::string next_call(Words& words)
 {
-    const std::string name = words.next("CALL");
+    std::string name = words.next("CALL");
     if (name == "any") {
         return {};
     }

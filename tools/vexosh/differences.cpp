@@ -56,6 +56,7 @@ private:
 bool run_program(const std::vector<std::string>& words, const std::string& errors)
 {
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (const std::string& word : words) {
         arguments.push_back(const_cast<char*>(word.c_str()));
     }
