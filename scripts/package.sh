@@ -10,7 +10,7 @@ scripts/setup.sh build package
 say "building the driver, the simulated card and vexosh into build/"
 quietly cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_INSTALL_LIBDIR="lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)"
-build build vexolc vexo_companion vexosim vexoboard vexokit vexosh
+build build vexolc vexo_companion vexosim vexoboard vexokit vexosh vexosh_manual_page
 gzip -9n <build/package/changelog >build/package/changelog.Debian.gz
 
 say "making the packages in build-package/"

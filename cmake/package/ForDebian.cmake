@@ -6,3 +6,9 @@ foreach(file ${files})
     file(RPATH_REMOVE FILE "${file}")
   endif()
 endforeach()
+
+# Debian's manual pages are compressed.
+file(GLOB_RECURSE pages "${CPACK_TEMPORARY_DIRECTORY}/*.1")
+foreach(page ${pages})
+  execute_process(COMMAND gzip -9n "${page}" COMMAND_ERROR_IS_FATAL ANY)
+endforeach()
