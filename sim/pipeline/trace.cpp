@@ -1,6 +1,7 @@
 #include "sim/pipeline/trace.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "sim/pipeline/mirror.h"
 #include "sim/pipeline/stages.h"
@@ -54,6 +55,33 @@ PortSet explain_mirrors(const Chip& chip, Recorder& recorder, const Packet& p)
     return mirrored;
 }
 
+/// The blank at which a text that is longer than `room` goes to the next line: behind a semicolon,
+/// if there is one.
+std::size_t line_end(std::string_view text, std::size_t room)
+{
+    const std::string_view fits = text.substr(0, room + 1);
+    const std::size_t part = fits.rfind("; ");
+    if (part != std::string_view::npos)
+        return part + 1;
+    const std::size_t word = fits.find_last_of(' ');
+    return word != std::string_view::npos ? word : text.find(' ');
+}
+
+/// Text in lines of at most 80 columns, of which the first `indent` are blank in all but the first.
+std::string in_lines(std::string_view text, std::size_t indent)
+{
+    const std::size_t room = 80 - indent;
+    std::string lines;
+    while (text.size() > room) {
+        const std::size_t end = line_end(text, room);
+        if (end == std::string_view::npos)
+            break;
+        lines += std::string(text.substr(0, end)) + "\n" + std::string(indent, ' ');
+        text.remove_prefix(end + 1);
+    }
+    return lines + std::string(text);
+}
+
 std::string layout(const std::vector<Recorder::Line>& lines)
 {
     std::size_t width = 0;
@@ -62,7 +90,8 @@ std::string layout(const std::vector<Recorder::Line>& lines)
     std::string text, before;
     for (const Recorder::Line& line : lines) {
         std::string head = line.stage == before ? "" : line.stage;
-        text += head + std::string(width + 2 - head.size(), ' ') + line.text + "\n";
+        text += head + std::string(width + 2 - head.size(), ' ') + in_lines(line.text, width + 2) +
+                "\n";
         before = line.stage;
     }
     return text;

@@ -19,7 +19,8 @@ struct FrameTrace {
     bool to_cpu = false;
     DropReason drop = DropReason::kNone; ///< when it would get nowhere
 
-    /// One line for each thing a stage said, and one for the result.
+    /// A line for each thing a stage said, and one for the result; folded where they are longer
+    /// than 80 columns.
     std::string text;
 };
 

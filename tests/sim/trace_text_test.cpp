@@ -42,6 +42,20 @@ TEST_F(Text, ATraceTellsWhatEachStageDecided)
               "result             untagged to 33\n");
 }
 
+TEST_F(Text, ATraceFitsInto80Columns)
+{
+    MacEntry e;
+    e.key = mac_key(kHostB, 10);
+    e.port = 5;
+    chip.macs.add(e, false, 0);
+    const std::string text = trace(1, kToB.tag(10));
+    EXPECT_TRUE(text.ends_with(
+        "                   dropped: the destination is not in the VLAN\n"
+        "result             dropped, egress_not_member: the destination is not in the\n"
+        "                   VLAN\n"))
+        << text;
+}
+
 TEST_F(Text, ATraceNamesOnlyThePortsThatSendUnderTagging)
 {
     vlan(20, {}, {1, 2, 3});
