@@ -1,14 +1,17 @@
 // A card that is served on a socket, and its clients, in one process.
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <condition_variable>
+#include <csignal>
 #include <mutex>
 #include <thread>
 
 #include "tests/tools/shell_test_fixture.h"
 #include "tools/vexosh/client.h"
 #include "tools/vexosh/server.h"
+#include "vexosim/drops.h"
 
 using namespace vexosh;
 
@@ -239,6 +242,93 @@ TEST_F(LiveCard, AClientReadsScriptsItself)
     const std::string path = script("echo 1\nbogus\necho 2\n");
     EXPECT_EQ(error(client, "source " + path), path + ":2: unknown command 'bogus'; try help");
     EXPECT_EQ(console_a_.take(), "1\n");
+}
+
+/// A card whose time is the system's, and a client that reads what it likes.
+class Interrupting : public testing::Test {
+protected:
+    void ask(const std::string& request) { ASSERT_TRUE(send_all(socket_.get(), request + "\n")); }
+
+    /// The next message but for the greeting.
+    std::string next()
+    {
+        const auto message = reader_.next();
+        return !message ? "gone" : message->contains("vexosh") ? next() : message->dump();
+    }
+
+    /// How many messages come before the one that ends a request.
+    int messages_until_done()
+    {
+        int count = 0;
+        for (std::string message; (message = next()) != R"({"done":true})"; ++count) {
+            EXPECT_EQ(message, R"({"out":"b\n"})");
+        }
+        return count;
+    }
+
+    Session session_;
+    std::string path_ = testing::TempDir() + "vexosh_" + std::to_string(::getpid());
+    Server server_{session_, path_};
+    vexosim::Fd socket_ = connect_to(path_);
+    MessageReader reader_{socket_.get()};
+};
+
+TEST_F(Interrupting, CtrlCEndsWhatRunsForTheClientWhereItIsPressedAndForNoOther)
+{
+    ask(R"({"run":"watch every 10ms echo b"})");
+    KeptConsole console;
+    Client client(path_, console);
+    client.heed_ctrl_c();
+    const Interruptible meanwhile;
+    std::thread pressed([&console] {
+        while (console.copy().find("a\n\na\n") == std::string::npos) {
+            std::this_thread::yield();
+        }
+        std::raise(SIGINT);
+    });
+    client.run_line("watch every 10ms echo a; echo not reached");
+    pressed.join();
+    EXPECT_EQ(console.take().find("not reached"), std::string::npos);
+    for (int i = 0; i < 100; ++i) { // more than could have waited
+        ASSERT_EQ(next().find(R"({"out")"), 0u);
+    }
+}
+
+TEST_F(Interrupting, EndsWhatWasAskedForBeforeAndNotWhatComesNext)
+{
+    ask(R"({"run":"watch every 1s echo b"})");
+    EXPECT_EQ(next(), R"({"out":"b\n"})");
+    ask(R"({"interrupt":true})");
+    EXPECT_EQ(messages_until_done(), 0);
+    ask(R"({"interrupt":true})"); // of nothing
+    ask(R"({"run":"wait 20ms; echo b"})");
+    EXPECT_EQ(messages_until_done(), 1);
+}
+
+TEST_F(Interrupting, WhatRunsForAClientThatIsGoneEnds)
+{
+    ask(R"({"run":"watch every 1ms send 1 type=0x88b5"})");
+    const auto frames = [] { return vexosim::drop_counters().frames_in; };
+    while (frames() < 10) {
+        std::this_thread::yield();
+    }
+    socket_ = vexosim::Fd();
+    std::uint64_t before = 0;
+    for (int i = 0; i < 100 && before != frames(); ++i) {
+        before = frames();
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    EXPECT_EQ(before, frames());
+}
+
+TEST_F(Interrupting, AClientThatHasNoMoreToSayStillGetsItsAnswers)
+{
+    ask(R"({"run":"wait 20ms; echo b"})");
+    ask(R"({"run":"wait 20ms; echo b"})");
+    ::shutdown(socket_.get(), SHUT_WR);
+    EXPECT_EQ(messages_until_done(), 1);
+    EXPECT_EQ(messages_until_done(), 1);
+    EXPECT_EQ(next(), "gone");
 }
 
 /// Two shells on a card whose time is the system's.

@@ -17,6 +17,18 @@ TEST_F(ShellTest, VlanVerbsChangeWhatShowVlansSays)
                                                  "   1  cpu     0-6,8-52\n");
 }
 
+TEST_F(ShellTest, WhatIsToEndRunsNoMoreOfItsLineOrScript)
+{
+    shell_->stop();
+    EXPECT_EQ(run("echo 1; echo 2"), "1\n");
+    const std::string path = script("echo 1\necho 2\n");
+    shell_->keep_going(true); // behind lines that fail, but not behind the end
+    EXPECT_EQ(error_of("source " + path), path + ":1: ended before its time");
+    EXPECT_EQ(out_.str(), "1\n");
+    shell_->resume();
+    EXPECT_EQ(run("source " + path), "1\n2\n");
+}
+
 TEST_F(ShellTest, AFrameThatIsSentTeachesTheMacTable)
 {
     run("attach 1-3=mem; wait 1s");

@@ -56,9 +56,21 @@ void Client::run_command(const std::string& command)
     if (gone_ || !send_all(socket_.get(), request.dump() + "\n")) {
         throw BadInput(kGone);
     }
-    changed_.wait(lock, [this] { return !running_; });
+    wait(lock);
     if (error_) {
         throw BadInput(*error_);
+    }
+}
+
+/// Until the command is done, with Ctrl-C passed on once.
+void Client::wait(std::unique_lock<std::mutex>& lock)
+{
+    constexpr std::chrono::milliseconds kLook{50};
+    const auto done = [this] { return !running_; };
+    for (bool passed_on = false; !changed_.wait_for(lock, kLook, done);) {
+        if (ending() && !passed_on) {
+            passed_on = send_all(socket_.get(), Message({{"interrupt", true}}).dump() + "\n");
+        }
     }
 }
 

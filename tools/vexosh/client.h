@@ -27,6 +27,7 @@ public:
 
 private:
     void run_command(const std::string& command) override;
+    void wait(std::unique_lock<std::mutex>& lock);
     void read();
     void take(const Message& message);
 

@@ -37,7 +37,7 @@ void Interpreter::run_line(const std::string& line)
         if (!split_words(command).empty()) {
             run_command(command);
         }
-        if (finished_) {
+        if (finished_ || ending()) {
             return;
         }
     }
@@ -62,7 +62,11 @@ void Interpreter::run_script(std::istream& script, const std::string& name)
     const Nesting nesting(nesting_, name);
     std::string line;
     for (int number = 1; !finished_ && std::getline(script, line); ++number) {
-        run_script_line(line, name + ":" + std::to_string(number));
+        const std::string place = name + ":" + std::to_string(number);
+        run_script_line(line, place);
+        if (ending()) {
+            throw BadInput(place + ": ended before its time");
+        }
     }
 }
 

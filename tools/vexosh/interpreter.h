@@ -4,6 +4,8 @@
 #include <iosfwd>
 #include <string>
 
+#include "tools/vexosh/interrupt.h"
+
 namespace vexosh {
 
 /// Reads lines and scripts, and has their commands run one by one. What fails says why in one line,
@@ -27,6 +29,10 @@ public:
     int failures() const { return failures_; }
 
     bool finished() const { return finished_; }
+    /// Whether what runs is to end before its time: what is left of its line or script, too.
+    virtual bool ending() const { return heeds_ctrl_c_ && Interruptible::interrupted(); }
+    /// Ctrl-C ends what runs here. Of the one at the terminal.
+    void heed_ctrl_c() { heeds_ctrl_c_ = true; }
     void finish() { finished_ = true; }
 
 protected:
@@ -36,7 +42,7 @@ protected:
 private:
     void run_script_line(const std::string& line, const std::string& place);
 
-    bool finished_ = false, keep_going_ = false;
+    bool finished_ = false, keep_going_ = false, heeds_ctrl_c_ = false;
     int nesting_ = 0, failures_ = 0;
 };
 

@@ -21,6 +21,11 @@ Interruptible::~Interruptible()
     std::signal(SIGINT, before_);
 }
 
+void Interruptible::forget()
+{
+    pressed = 0;
+}
+
 bool Interruptible::interrupted()
 {
     return pressed != 0;

@@ -2,7 +2,7 @@
 
 namespace vexosh {
 
-/// While one lives, Ctrl-C ends what waits, and not the program. On the main thread.
+/// While one lives, Ctrl-C ends what runs, and not the program. On the main thread.
 class Interruptible {
 public:
     Interruptible();
@@ -10,8 +10,9 @@ public:
     Interruptible& operator=(const Interruptible&) = delete;
     ~Interruptible();
 
-    /// Whether it has been pressed since one began to live.
+    /// Whether it has been pressed since one began to live, or since forget().
     static bool interrupted();
+    static void forget();
 
 private:
     void (*before_)(int);

@@ -4,7 +4,6 @@
 #include <array>
 #include <thread>
 
-#include "tools/vexosh/interrupt.h"
 #include "tools/vexosh/json_table.h"
 
 namespace vexosh {
@@ -240,7 +239,7 @@ bool Shell::pause(std::chrono::microseconds duration)
 
 bool Shell::ending() const
 {
-    return stopped_ || Interruptible::interrupted();
+    return stopped_ || Interpreter::ending();
 }
 
 } // namespace vexosh

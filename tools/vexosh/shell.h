@@ -86,10 +86,11 @@ public:
     private:
         Shell& shell_;
     };
-    /// Whether what runs is to end before its time.
-    bool ending() const;
-    /// Ends a pause, from another thread; the next ones are none.
+    bool ending() const override;
+    /// Ends what runs, from another thread; from then on pauses are none.
     void stop() { stopped_ = true; }
+    /// From here on all runs its time again.
+    void resume() { stopped_ = false; }
 
     /// The words of the command that runs.
     const std::string& command() const { return command_; }

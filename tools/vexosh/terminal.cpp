@@ -8,6 +8,7 @@
 #include <iostream>
 #include <memory>
 #include <set>
+#include <utility>
 
 #include "tools/vexosh/grammar.h"
 #include "tools/vexosh/input.h"
@@ -73,6 +74,33 @@ unsigned char complete(EditLine* line, int)
     return CC_REDISPLAY;
 }
 
+bool discarded = false;
+
+/// Ctrl-C at the prompt: the line goes, and the card stays.
+unsigned char discard(EditLine* line, int)
+{
+    discarded = true;
+    std::cout << "^C" << std::endl;
+    return el_insertstr(line, "\n") == 0 ? CC_NEWLINE : CC_ERROR; // an empty line would be the end
+}
+
+/// Has Ctrl-C come as a key while a line is edited, and as a signal while one runs.
+void take_ctrl_c_as_a_key(EditLine* line)
+{
+    el_set(line, EL_SETTY, "-d", "-isig", nullptr);
+    el_set(line, EL_SETTY, "-x", "-echoctl", nullptr); // and is not seen within what is printed
+    el_set(line, EL_ADDFN, "discard-line", "begins a new line", discard);
+    el_set(line, EL_BIND, "^C", "discard-line", nullptr);
+}
+
+/// @return null when there is none.
+const char* next_line(EditLine* line)
+{
+    int length = 0;
+    Interruptible::forget();
+    return el_gets(line, &length);
+}
+
 } // namespace
 
 bool wants_colour(int stream)
@@ -97,12 +125,18 @@ void run_terminal(Interpreter& shell)
     el_set(line.get(), EL_HIST, ::history, past.get());
     el_set(line.get(), EL_ADDFN, "complete-command", "completes command words", complete);
     el_set(line.get(), EL_BIND, "^I", "complete-command", nullptr);
-    int length = 0;
-    for (const char* text; !shell.finished() && (text = el_gets(line.get(), &length)) != nullptr;) {
-        if (length > 1) {
+    take_ctrl_c_as_a_key(line.get());
+    shell.heed_ctrl_c();
+    std::cout << "`help` lists the commands, the tab key completes them, `quit` leaves."
+              << std::endl;
+    const Interruptible commands;
+    for (const char* text; !shell.finished() && (text = next_line(line.get())) != nullptr;) {
+        if (std::exchange(discarded, false)) {
+            continue;
+        }
+        if (*text != '\n') {
             ::history(past.get(), &event, H_ENTER, text);
         }
-        const Interruptible while_it_runs;
         try {
             shell.run_line(text);
         } catch (const BadInput& problem) {
