@@ -28,6 +28,8 @@ public:
 
     /// Gives the tasks their threads, unless the clock is manual.
     void start();
+    /// Ends the threads; none runs a task any more when it returns.
+    void stop();
     /// Tasks that are due earlier than their threads know. Under the chip's lock.
     TaskSet find_work();
     /// Has their threads look again. Without the chip's lock.
@@ -39,7 +41,6 @@ public:
     void advance(std::chrono::microseconds duration);
 
 private:
-    void stop();
     void run_due();
     Task* due_task();
     std::uint64_t next_due_us();

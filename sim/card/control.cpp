@@ -94,6 +94,11 @@ bool manual_clock()
     return card().clock.manual();
 }
 
+void stop_threads()
+{
+    card().background.stop();
+}
+
 std::chrono::microseconds now()
 {
     return std::chrono::microseconds(card().clock.now_us());

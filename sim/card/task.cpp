@@ -42,7 +42,7 @@ void TaskThread::stop()
     changed_.notify_one();
     if (thread_.get_id() == std::this_thread::get_id())
         thread_.detach();
-    else
+    else if (thread_.joinable())
         thread_.join();
 }
 

@@ -61,6 +61,7 @@ Session::~Session()
     if (manager_.joinable()) {
         manager_.join();
     }
+    vexosim::stop_threads();
     vexosdk_delete_sdk_instance(sdk_);
     set_event_sink({});
     the_session = nullptr;

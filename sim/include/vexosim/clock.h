@@ -12,6 +12,11 @@ namespace vexosim {
 void use_manual_clock();
 bool manual_clock();
 
+/// Ends the SDK's threads, for good: when it returns, no handler runs and none will. A manager does
+/// this before it deletes the driver's instance, and holds nothing meanwhile that its callbacks
+/// lock. Also done at exit.
+void stop_threads();
+
 /// Time since the card was powered.
 std::chrono::microseconds now();
 
