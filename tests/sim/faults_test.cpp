@@ -8,6 +8,10 @@
 #include <soc/cm.h>
 #include <soc/property.h>
 
+#include <algorithm>
+#include <set>
+
+#include "tests/core/elf_file.h"
 #include "tests/kit/kit.h"
 
 namespace {
@@ -136,6 +140,24 @@ TEST_F(Faults, HitsAreCountedAndNamed)
     clear_faults();
     EXPECT_EQ(gated_calls(), 0u);
     EXPECT_EQ(faults_hit(), 0u);
+}
+
+TEST(FaultNames, AreTheFunctionsOfTheSdkWithAResultThatCanTell)
+{
+    std::set<std::string> others;
+    for (const std::string& name : ElfFile::of_loaded("libvexosim.so.0").exports()) {
+        if (!name.starts_with("_"))
+            others.insert(name);
+    }
+    const std::vector<std::string>& names = calls_that_can_fail();
+    EXPECT_TRUE(std::ranges::is_sorted(names));
+    for (const std::string& name : names)
+        EXPECT_EQ(others.erase(name), 1u) << name;
+    EXPECT_EQ(others, (std::set<std::string>{
+                          "bcm_field_udf_spec_t_init", "bcmx_l2_learn_limit_t_init",
+                          "bcmx_lplist_count", "bcmx_lplist_t_init", "bcmx_modid_port_to_lport",
+                          "sal_dma_free", "soc_cm_devices", "soc_feature", "soc_phy_addr_of_port",
+                          "soc_property_get", "soc_property_get_pbmp"}));
 }
 
 TEST_F(Faults, BusOperationsCanFail)

@@ -1,5 +1,6 @@
 // Cables and SDK calls that fail, as a user asks for it.
 #include "tests/tools/shell_test_fixture.h"
+#include "vexosim/faults.h"
 
 using namespace vexosh;
 
@@ -59,6 +60,27 @@ TEST_F(TroubleVerbs, FaultsAreShownWithWhatTheyHit)
     EXPECT_EQ(run("fault clear; show faults"), "no SDK call is made to fail\n");
 }
 
+TEST_F(TroubleVerbs, OnlySdkCallsThatCanFailAreMadeTo)
+{
+    const BadCommand bad[] = {
+        {"fault bcmx_vlan_creat -1", "no SDK call 'bcmx_vlan_creat' that can fail; the nearest are "
+                                     "bcmx_vlan_create, bcmx_vlan_port_get, bcmx_l3_intf_create"},
+        {"fault vlan_create -1", "no SDK call 'vlan_create' that can fail; the nearest are "
+                                 "bcmx_vlan_create, linux_bde_create, bcmx_l3_intf_create"},
+        {"fault sal_dma_free -1", "no SDK call 'sal_dma_free' that can fail; the nearest are "
+                                  "sal_dma_alloc, sal_memory_check, sal_appl_init"},
+        {"fault pthread_create -1", "no SDK call 'pthread_create' that can fail; the nearest are "
+                                    "bcmx_trunk_create, bcmx_vlan_create, linux_bde_create"},
+    };
+    for (const auto& [line, error] : bad) {
+        EXPECT_EQ(error_of(line), error);
+    }
+    for (const std::string& call : vexosim::calls_that_can_fail()) {
+        EXPECT_EQ(error_of("fault " + call + " -1"), "no error");
+    }
+    EXPECT_EQ(vexosim::armed_faults().size(), vexosim::calls_that_can_fail().size());
+}
+
 TEST_F(TroubleVerbs, BadInputIsOneLine)
 {
     const BadCommand bad[] = {
@@ -73,10 +95,6 @@ TEST_F(TroubleVerbs, BadInputIsOneLine)
         {"impair 1 loss", "missing PERCENT; usage: impair PORTS [in|out] off|loss|delay|seed ..."},
         {"impair 9 loss 1", "port 9: nothing is attached"},
         {"impair 1 off 2", "unexpected '2'; usage: impair PORTS [in|out] off|loss|delay|seed ..."},
-        {"fault bcmx_vlan_creat -1", "no SDK call 'bcmx_vlan_creat'; `calls on` and `show calls` "
-                                     "tell what the driver calls"},
-        {"fault exit -1", "no SDK call 'exit'; `calls on` and `show calls` tell what the driver "
-                          "calls"},
     };
     for (const auto& [line, error] : bad) {
         EXPECT_EQ(error_of(line), error);

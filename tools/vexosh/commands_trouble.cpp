@@ -1,10 +1,10 @@
 // What goes wrong on purpose: cables that are pulled, flap, lose and delay frames; SDK calls that
 // fail.
-#include <dlfcn.h>
-
+#include <algorithm>
 #include <array>
 #include <charconv>
 
+#include "tools/vexosh/nearest.h"
 #include "tools/vexosh/shell.h"
 #include "tools/vexosh/time_passes.h"
 #include "vexosim/cable.h"
@@ -128,11 +128,13 @@ std::string next_call(Words& words)
     if (name == "any") {
         return {};
     }
-    const std::size_t family = name.find('_');
-    const bool of_sdk = family != std::string::npos && dlsym(RTLD_DEFAULT, name.c_str()) != nullptr;
-    if (!of_sdk) {
-        throw BadInput("no SDK call '" + name +
-                       "'; `calls on` and `show calls` tell what the driver calls");
+    const std::vector<std::string>& names = vexosim::calls_that_can_fail();
+    if (!std::ranges::binary_search(names, name)) {
+        std::string like;
+        for (const std::string& one : nearest(name, names)) {
+            like += (like.empty() ? "" : ", ") + one;
+        }
+        throw BadInput("no SDK call '" + name + "' that can fail; the nearest are " + like);
     }
     return name;
 }

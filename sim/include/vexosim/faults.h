@@ -18,6 +18,10 @@ struct Fault {
     std::set<std::string> spare = {}; ///< with an empty `call`: functions that do not match
 };
 
+/// Functions of the SDK that `Fault::call` may name, in alphabetical order. All but a few: those
+/// have no result that could tell of a failure.
+const std::vector<std::string>& calls_that_can_fail();
+
 /// Adds a fault. Of several that hit the same call the oldest wins; each counts on its own.
 void inject(Fault fault);
 void clear_faults();

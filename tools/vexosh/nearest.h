@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace vexosh {
+
+/// The three of some names that are most like a word, the nearest first.
+std::vector<std::string> nearest(const std::string& word, std::vector<std::string> names);
+
+} // namespace vexosh
