@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "tests/tools/shell_test_fixture.h"
+#include "tools/vexosh/capture_file.h"
 #include "vexosim/wire.h"
 
 using namespace vexosh;
@@ -56,6 +57,20 @@ TEST_F(ReplayVerbs, SeveralArePlayedTogether)
               "31 frames replayed\n");
     EXPECT_EQ(run("replay " + demo("h1.pcap") + " 1 " + demo("h1.pcap") + " 2 original"),
               "32 frames replayed in 7.812 s, 4 a second\n");
+}
+
+TEST_F(ReplayVerbs, AnyFrameOfACaptureIsTraced)
+{
+    const std::string file = demo("h1.pcap");
+    const auto by_bytes = [this, frames = read_capture(file).frames](std::size_t number) {
+        const Bytes& frame = frames.at(number - 1);
+        return run("trace 1 hex:" + hex(frame.data(), frame.size()));
+    };
+    EXPECT_EQ(run("trace capture 1 " + file), by_bytes(1));
+    EXPECT_EQ(run("trace capture 1 " + file + " 3"), by_bytes(3));
+    EXPECT_NE(by_bytes(1), by_bytes(3));
+    EXPECT_EQ(error_of("trace capture 1 " + file + " 17"),
+              "no frame 17 in '" + file + "': there are 16");
 }
 
 TEST_F(ReplayVerbs, ASpeedIsSoManyFramesASecond)

@@ -71,6 +71,20 @@ void trace(Shell& shell, Words& words)
     shell.out() << vexosim::what_if(port, frame_from_words(words.rest()));
 }
 
+void trace_capture(Shell& shell, Words& words)
+{
+    const int port = front_port(words.next("PORT"));
+    const std::string path = words.next("FILE");
+    const unsigned number = words.empty() ? 1 : words.number("N", 1, INT32_MAX);
+    words.end();
+    const Capture capture = read_capture(path);
+    if (number > capture.frames.size()) {
+        throw BadInput("no frame " + std::to_string(number) + " in '" + path + "': there are " +
+                       std::to_string(capture.frames.size()));
+    }
+    shell.out() << vexosim::what_if(port, vexosim::FrameView(capture.frames[number - 1]));
+}
+
 /// Prints what has been traced.
 /// @return how many frames that was.
 unsigned print_traces(Shell& shell)
@@ -124,6 +138,8 @@ constexpr Command kCommands[] = {
     {"transmit", "[tagged PORTS] [untagged PORTS] FRAME",
      "the CPU sends a frame: to where the tables say, or out of the given ports", transmit},
     {"trace", "PORT FRAME", "what would happen to a frame, stage by stage; nothing changes", trace},
+    {"trace capture", "PORT FILE [N]", "the same for the first frame of a capture, or the N-th",
+     trace_capture},
     {"trace next", "N [PORT]",
      "the way of the next frames that arrive at a port, or at any; Ctrl-C ends it", trace_next},
     {"show capture", "FILE", "what is in a capture file, alike frames together", show_capture},
