@@ -18,7 +18,7 @@ constexpr std::uint32_t in_net_b(unsigned host)
     return 198u << 24 | 51u << 16 | 100u << 8 | host; // 198.51.100.0/24
 }
 
-class FlowLab : public Lab {
+class FlowLab : public TwoHosts {
 protected:
     /// Adds a flow. @return its id.
     unsigned add(const of_flow_mp_s& match, const of_flow_qualify_udf_s& bytes = {})

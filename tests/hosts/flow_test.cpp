@@ -9,17 +9,6 @@ constexpr std::uint64_t kMegabyte = 1 << 20;
 
 class FlowsBetweenHosts : public FlowLab {
 protected:
-    /// Hosts 192.0.2.1 and 192.0.2.2 in ports 1 and 2.
-    void SetUp() override
-    {
-        Lab::SetUp();
-        if (IsSkipped() || HasFailure()) {
-            return;
-        }
-        a = &host(1, "192.0.2.1/24");
-        b = &host(2, "192.0.2.2/24");
-    }
-
     /// Whatever host a sends in one IP protocol.
     static of_flow_mp_s from_a(std::uint16_t protocol)
     {
@@ -47,9 +36,6 @@ protected:
         }
         return count;
     }
-
-    Host* a = nullptr;
-    Host* b = nullptr;
 };
 
 } // namespace

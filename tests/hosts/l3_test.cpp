@@ -31,12 +31,8 @@ Bytes16 ip6(const std::string& text)
 /// last, fe.
 class RoutedHosts : public Lab {
 protected:
-    void SetUp() override
+    void build() override
     {
-        Lab::SetUp();
-        if (IsSkipped() || HasFailure()) {
-            return;
-        }
         a = &host(1);
         b = &host(2);
         c = &host(3);

@@ -4,7 +4,9 @@
 #include <chrono>
 #include <list>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <set>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -34,6 +36,8 @@ class Lab : public HostTest {
 protected:
     void SetUp() override;
     void TearDown() override;
+    /// Plugs a test's hosts in; nobody unless overridden.
+    virtual void build() {}
 
     /// What a line of commands prints. One that fails fails the test.
     std::string sh(const std::string& line);
@@ -42,7 +46,9 @@ protected:
     Host& host(int port, const std::string& address = {});
     /// Plugs `hPORT` of a host into a port.
     void plug(Host& host, int port, const std::string& address = {});
-    /// Waits until ports have a link and forward.
+    /// Waits until the manager has been told that ports have a link.
+    void wait_for_links(const std::string& ports);
+    /// Waits until they also forward.
     void wait_for_ports(const std::string& ports);
 
     /// A counter of a port, by its name in `show counters PORT all`.
@@ -52,11 +58,28 @@ protected:
     vexosh::Session& session() { return *session_; }
 
 private:
+    void hear(const vexosh::Event& event);
+
     std::ostringstream out_;
     vexosh::StreamConsole console_{out_};
+    std::mutex mutex_;
+    std::set<int> linked_; // ports, as the driver has told
     std::optional<vexosh::Session> session_;
     std::optional<vexosh::Shell> shell_;
     std::list<Host> hosts_;
+};
+
+/// Hosts 192.0.2.1 and 192.0.2.2 in ports 1 and 2.
+class TwoHosts : public Lab {
+protected:
+    void build() override
+    {
+        a = &host(1, "192.0.2.1/24");
+        b = &host(2, "192.0.2.2/24");
+    }
+
+    Host* a = nullptr;
+    Host* b = nullptr;
 };
 
 /// Whether a host gets an answer within twenty seconds, asking five times a second.

@@ -13,12 +13,8 @@ constexpr std::uint64_t kMegabyte = 1 << 20;
 class LagBetweenHosts : public Lab {
 protected:
     /// A host with three cables in ports 1 to 3, bonded, and one without in port 4.
-    void SetUp() override
+    void build() override
     {
-        Lab::SetUp();
-        if (IsSkipped() || HasFailure()) {
-            return;
-        }
         bonded = &host(1);
         plug(*bonded, 2);
         plug(*bonded, 3);

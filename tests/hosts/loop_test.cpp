@@ -6,26 +6,17 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-class Loop : public Lab {
+class Loop : public TwoHosts {
 protected:
-    /// Hosts in ports 1 and 2; ports 3 and 4 go to one switch. Port 4 is blocked from the start.
-    void SetUp() override
+    /// Beside the hosts, ports 3 and 4 go to one switch. Port 4 is blocked from the start.
+    void build() override
     {
-        Lab::SetUp();
-        if (IsSkipped() || HasFailure()) {
-            return;
-        }
-        a = &host(1, "192.0.2.1/24");
-        host(2, "192.0.2.2/24");
+        TwoHosts::build();
         Host& neighbour = host(3);
         wait_for_ports("1-3");
         sh("forwarding off");
         plug(neighbour, 4);
-        // The driver, too, may hear of the first links only now, and blocks their ports.
-        ASSERT_TRUE(comes_true([&] {
-            sh("stp port 1-3 forwarding");
-            return sh("show stp").find("blocking    4\n") != std::string::npos;
-        }));
+        wait_for_links("4");
         other = std::make_unique<OpenSwitch>(neighbour);
         other->set("add-port br0 h3 -- add-port br0 h4");
     }
@@ -50,7 +41,6 @@ protected:
         return static_cast<double>(broadcasts_out(2) - before) / seconds.count();
     }
 
-    Host* a = nullptr;
     std::unique_ptr<OpenSwitch> other;
 };
 

@@ -8,16 +8,11 @@ namespace {
 
 class TrapsBetweenHosts : public FlowLab {
 protected:
-    /// VLAN 10 is hosts 192.0.2.1 and 192.0.2.2 in ports 1 and 2, untagged; VLAN 20 is hosts
-    /// 198.51.100.3 and 198.51.100.4 in ports 3 and 4, the former tagged.
-    void SetUp() override
+    /// VLAN 10 is hosts a and b, untagged; VLAN 20 is hosts 198.51.100.3 and 198.51.100.4 in ports
+    /// 3 and 4, the former tagged.
+    void build() override
     {
-        Lab::SetUp();
-        if (IsSkipped() || HasFailure()) {
-            return;
-        }
-        a = &host(1, "192.0.2.1/24");
-        b = &host(2, "192.0.2.2/24");
+        TwoHosts::build();
         c = std::make_unique<TaggedHost>(host(3), 3, 20, "198.51.100.3/24");
         d = &host(4, "198.51.100.4/24");
         sh("vlan access 10 1,2; vlan access 20 4; vlan add 20 tagged 3; vlan remove 1 3");
@@ -75,8 +70,6 @@ protected:
         });
     }
 
-    Host* a = nullptr;
-    Host* b = nullptr;
     std::unique_ptr<TaggedHost> c;
     Host* d = nullptr;
 };
