@@ -1,7 +1,6 @@
 #include "sim/chip/field_search.h"
 
 #include <algorithm>
-#include <array>
 
 namespace vexosim {
 
@@ -47,14 +46,6 @@ std::uint64_t* FieldGroupSearch::start(const FieldValues& values, std::uint64_t*
     for (const FieldTuple& tuple : tuples_)
         *hashes++ = tuple.hash(values);
     return hashes;
-}
-
-const FieldHit* FieldGroupSearch::find(const FieldValues& values) const
-{
-    std::array<std::uint64_t, kMaxTuples> hashes;
-    start(values, hashes.data());
-    const std::uint64_t* next = hashes.data();
-    return find(values, next);
 }
 
 const FieldHit* FieldGroupSearch::find(const FieldValues& values,

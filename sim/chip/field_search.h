@@ -27,7 +27,6 @@ public:
     /// The best entry that the frame matches; null when there is none. Takes the hashes that
     /// start() made, and moves on to the next group's.
     const FieldHit* find(const FieldValues& values, const std::uint64_t*& hashes) const;
-    const FieldHit* find(const FieldValues& values) const;
 
     static constexpr std::size_t kMaxTuples = 8;
 

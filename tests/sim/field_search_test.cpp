@@ -1,4 +1,5 @@
 // What the search finds is what looking at every entry finds, whatever comes and goes.
+#include <array>
 #include <map>
 #include <random>
 
@@ -205,11 +206,18 @@ struct FieldSearching : FieldPath {
         }
         return best;
     }
+    static const FieldHit* find(const FieldGroupSearch& search, const FieldValues& values)
+    {
+        std::array<std::uint64_t, FieldGroupSearch::kMaxTuples> hashes;
+        search.start(values, hashes.data());
+        const std::uint64_t* next = hashes.data();
+        return search.find(values, next);
+    }
     static int found(const FieldTable& table, int g, const Seen& seen)
     {
         for (const FieldGroupSearch& search : table.search().groups()) {
             if (search.id() == g) {
-                const FieldHit* hit = search.find(seen.values());
+                const FieldHit* hit = find(search, seen.values());
                 return hit != nullptr ? hit->id : 0;
             }
         }
@@ -266,7 +274,7 @@ TEST_F(FieldSearching, ACopyFindsItsOwnEntries)
     FieldTable copy = chip.field;
     EXPECT_EQ(copy, chip.field);
     check(copy);
-    const FieldHit* hit = copy.search().groups()[0].find(FieldValues());
+    const FieldHit* hit = find(copy.search().groups()[0], FieldValues());
     ASSERT_NE(hit, nullptr);
     EXPECT_EQ(hit->entry, copy.find(hit->id)) << "not the original's";
     const FieldTable moved = std::move(copy);

@@ -4,7 +4,7 @@
 #include "tests/sim/wire_captures.h"
 
 /// Bytes of numbers, in either byte order.
-class Fields {
+class Fields : public FileBytes {
 public:
     explicit Fields(bool big_endian) : big_endian_(big_endian) {}
 
@@ -22,7 +22,6 @@ public:
         bytes_.resize((bytes_.size() + 3) / 4 * 4);
         return *this;
     }
-    const Bytes& bytes() const { return bytes_; }
 
 private:
     Fields& number(std::uint32_t value, int size)
@@ -35,11 +34,10 @@ private:
     }
 
     bool big_endian_;
-    Bytes bytes_;
 };
 
 /// A file of one section.
-class Blocks {
+class Blocks : public FileBytes {
 public:
     explicit Blocks(bool big_endian = false) : big_endian_(big_endian)
     {
@@ -81,14 +79,6 @@ public:
     /// A packet's direction: 1 received, 2 sent.
     Bytes direction(std::uint32_t value) const { return option(2, fields().word(value).bytes()); }
 
-    Bytes bytes() const { return bytes_; }
-    /// Without its last bytes.
-    Bytes cut_by(std::size_t count) const
-    {
-        return {bytes_.begin(), bytes_.end() - static_cast<std::ptrdiff_t>(count)};
-    }
-
 private:
     bool big_endian_;
-    Bytes bytes_;
 };

@@ -10,8 +10,22 @@
 
 #include "tests/sim/wire_frames.h"
 
+/// What a file is to hold.
+class FileBytes {
+public:
+    const Bytes& bytes() const { return bytes_; }
+    /// Without its last bytes.
+    Bytes cut_by(std::size_t count) const
+    {
+        return {bytes_.begin(), bytes_.end() - static_cast<std::ptrdiff_t>(count)};
+    }
+
+protected:
+    Bytes bytes_;
+};
+
 /// Builds a capture in either byte order.
-class Capture {
+class Capture : public FileBytes {
 public:
     explicit Capture(std::uint32_t magic = 0xa1b2c3d4, bool big_endian = false,
                      std::uint32_t link_type = 1)
@@ -54,16 +68,8 @@ public:
         return *this;
     }
 
-    Bytes bytes() const { return bytes_; }
-    /// Without its last bytes.
-    Bytes cut_by(std::size_t count) const
-    {
-        return {bytes_.begin(), bytes_.end() - static_cast<std::ptrdiff_t>(count)};
-    }
-
 private:
     bool big_endian_;
-    Bytes bytes_;
 };
 
 /// A directory of its own for a test, removed with it.
