@@ -1,5 +1,5 @@
-// A line-card manager: ports 1 and 2 are VLAN 10, and ports that come up forward. bring_up() and
-// manage() are the same on a card; main() makes the simulated one.
+// A line-card manager: ports 1 and 2 are VLAN 10, and ports that come up forward. What main() calls
+// of `vexosim` makes the simulated card, its time and its frames; all else is the same on a card.
 #include <core/factory.h>
 #include <core/line_card_init.h>
 #include <pktio/event_records.h>
@@ -18,15 +18,6 @@ static void on_link(LinkStatus* link, Usp* port)
         came_up.push_back(*port);
 }
 
-static bool bring_up(VexoSdkBase*& card)
-{
-    int slot = 0;
-    return vexosdk_create_sdk_instance() && vexosdk_get_sdk_instance(card) &&
-           vexo_init_line_card(slot) && card->register_link_change_callback(on_link, nullptr) &&
-           card->create_vlan(10) && card->add_ports_to_vlan(10, {}, {Mp(0, 1), Mp(0, 2)}) &&
-           card->set_port_vlan_pvid(Mp(0, 1), 10) && card->set_port_vlan_pvid(Mp(0, 2), 10);
-}
-
 static void manage(VexoSdkBase& card)
 {
     for (Mp port; !came_up.empty(); came_up.pop_front())
@@ -40,14 +31,18 @@ int main()
     vexosim::board::enable();
     for (int port : {1, 2})
         vexosim::attach(port, "mem");
+
     VexoSdkBase* card = nullptr;
-    if (!bring_up(card))
+    int slot = 0;
+    if (!vexosdk_create_sdk_instance() || !vexosdk_get_sdk_instance(card) ||
+        !vexo_init_line_card(slot) || !card->register_link_change_callback(on_link, nullptr) ||
+        !card->create_vlan(10) || !card->add_ports_to_vlan(10, {}, {Mp(0, 1), Mp(0, 2)}) ||
+        !card->set_port_vlan_pvid(Mp(0, 1), 10) || !card->set_port_vlan_pvid(Mp(0, 2), 10))
         return 1;
+
     vexosim::drain(); // links come up
     manage(*card);
-    vexosim::Frame broadcast(60, 0xff);
-    broadcast[6] = 0x02; // the source's first byte: not a group's
-    vexosim::receive(1, broadcast);
+    vexosim::receive(1, vexosim::Frame(60)); // to nobody whom the card knows
     for (const auto& port : vexosim::attachments())
         std::printf("port %d sent %u frames\n", port.user_port, unsigned(port.counters.sent));
 }
