@@ -11,6 +11,13 @@ namespace vexosim {
 /// Bytes that are appended and then written at once. Keeps its memory when it is emptied.
 class BlockBuffer {
 public:
+    BlockBuffer() = default;
+    /// With memory for so many bytes that the kernel has given already.
+    explicit BlockBuffer(std::size_t capacity)
+        : bytes_(std::make_unique<std::uint8_t[]>(capacity)), capacity_(capacity)
+    {
+    }
+
     /// Appends bytes for the caller to fill.
     std::uint8_t* grow(std::size_t bytes)
     {

@@ -4,71 +4,57 @@
 
 namespace vexosim {
 
-Capture::Capture(const Plan& plan) : ports_(plan.ports), what_(plan.what), verdicts_(plan.names)
+namespace {
+
+std::uint64_t now_ns()
 {
-    pcapng::put_section(blocks_, "vexosim");
-    std::uint32_t number = 0;
-    for (const int port : plan.names.in_order()) {
-        if (!ports_.test(port))
-            continue;
-        const std::string name = plan.names.name(port);
-        pcapng::put_interface(blocks_, port == kCpuPort ? name : "port " + name,
-                              plan.descriptions[static_cast<std::size_t>(port)]);
-        interfaces_[static_cast<std::size_t>(port)].number = number++;
-    }
+    return static_cast<std::uint64_t>(capture_now().count());
+}
+
+bool is_as_received(const Packet& p, FrameView form)
+{
+    return form.data() == p.frame.data() && form.size() == p.frame.size();
+}
+
+} // namespace
+
+Capture::Capture(const Plan& plan)
+    : ports_(plan.ports), what_(plan.what),
+      writer_(plan.ports, plan.names, plan.descriptions, plan.memory)
+{
 }
 
 Capture::~Capture() = default;
 
-std::string Capture::open(const std::string& path)
-{
-    std::string why = writer_.open(path);
-    if (why.empty())
-        writer_.take(blocks_);
-    return why;
-}
-
 std::string Capture::close()
 {
-    put_statistics();
-    return writer_.close(blocks_);
+    return writer_.close(now_ns());
 }
 
-void Capture::put_statistics()
+/// @return where the note stands until the next one.
+std::uint8_t* Capture::note(const Verdict& verdict, PortSet ports, const Packet& p, FrameView form)
 {
-    for (const int port : ports_) {
-        const Interface& interface = interfaces_[static_cast<std::size_t>(port)];
-        pcapng::put_statistics(blocks_, interface.number, time_ns(), interface.packets,
-                               interface.dropped);
-    }
-}
-
-/// One reading of the clock serves for frames that came in together.
-std::uint64_t Capture::time_ns()
-{
-    if (time_ns_ == 0)
-        time_ns_ = static_cast<std::uint64_t>(capture_now().count());
-    return time_ns_;
-}
-
-void Capture::put(int port, pcapng::Direction direction, FrameView frame, std::string_view options)
-{
-    Interface& interface = interfaces_[static_cast<std::size_t>(port)];
-    ++interface.packets;
-    ++packets_;
-    pcapng::put_packet(blocks_, {interface.number, time_ns(), direction, frame_id_}, frame,
-                       options);
+    packets_ += static_cast<std::uint64_t>(ports.count());
+    arrival_ = nullptr;
+    // One reading of the clock serves for frames that came in together.
+    if (notes_.empty())
+        put_note(notes_, Note::of_time(now_ns()));
+    if (!is_as_received(p, form))
+        return put_note(notes_, {verdict, frame_id_, form.size(), Note::Bytes::kFollow}, form);
+    if (noted_id_ == frame_id_)
+        return put_note(notes_, {verdict, frame_id_, form.size(), Note::Bytes::kSame});
+    noted_id_ = frame_id_;
+    return put_note(notes_, {verdict, frame_id_, form.size(), Note::Bytes::kReceived}, form);
 }
 
 void Capture::decided(const Packet& p)
 {
     ++frame_id_;
+    arrival_ = nullptr;
     const bool dropped = p.drop != DropReason::kNone;
-    if (!ports_.test(p.in_port) ||
-        !(wants(Captured::received) || (dropped && wants(Captured::dropped))))
-        return;
-    put(p.in_port, pcapng::Direction::received, p.frame, verdicts_.of_received(p));
-    interfaces_[static_cast<std::size_t>(p.in_port)].dropped += dropped ? 1 : 0;
+    if (ports_.test(p.in_port) &&
+        (wants(Captured::received) || (dropped && wants(Captured::dropped))))
+        arrival_ = note(Verdict::of_received(p), {p.in_port}, p, p.frame);
 }
 
 void Capture::leaves(const Packet& p, PortSet ports, FrameView form)
@@ -76,25 +62,31 @@ void Capture::leaves(const Packet& p, PortSet ports, FrameView form)
     ports &= ports_;
     if (ports.empty() || !wants(Captured::sent))
         return;
-    const std::string_view options = verdicts_.of_sent(p);
-    for (const int port : ports)
-        put(port, pcapng::Direction::sent, form, options);
+    if (arrival_ == nullptr || ports != p.out || !is_as_received(p, form)) {
+        note(Verdict::of_sent(p, ports), ports, p, form);
+        return;
+    }
+    Note arrival = note_at(arrival_);
+    arrival.set_bytes(Note::Bytes::kSent);
+    std::memcpy(arrival_, &arrival, sizeof arrival);
+    arrival_ = nullptr;
+    packets_ += static_cast<std::uint64_t>(ports.count());
 }
 
 void Capture::is_lost(const Packet& p, PortSet ports, FrameView form, DropReason why)
 {
-    if (!wants(Captured::dropped))
-        return;
-    for (const int port : ports& ports_) {
-        put(port, pcapng::Direction::sent, form, verdicts_.of_lost(p, why));
-        ++interfaces_[static_cast<std::size_t>(port)].dropped;
-    }
+    ports &= ports_;
+    if (ports.any() && wants(Captured::dropped))
+        note(Verdict::of_lost(p, ports, why), ports, p, form);
 }
 
 void Capture::batch_ends()
 {
-    time_ns_ = 0;
-    writer_.take(blocks_);
+    if (notes_.empty())
+        return;
+    writer_.take(notes_.bytes());
+    notes_.clear();
+    arrival_ = nullptr;
 }
 
 } // namespace vexosim

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <array>
-#include <memory>
+#include <string>
 
-#include "sim/capture/block_writer.h"
-#include "sim/capture/verdict.h"
+#include "sim/capture/note_writer.h"
 #include "sim/pipeline/observer.h"
 #include "vexosim/capture.h"
 
@@ -19,13 +18,15 @@ public:
         Captured what = Captured::all;
         PortNames names;
         std::array<std::string, kPortCount> descriptions;
+        /// Bytes that may wait for a slow file before the traffic waits.
+        std::size_t memory = std::size_t{256} * 1024 * 1024;
     };
 
     explicit Capture(const Plan& plan);
     ~Capture() override;
 
     /// @return empty, or why the file cannot be written.
-    std::string open(const std::string& path);
+    std::string open(const std::string& path) { return writer_.open(path); }
     /// Writes what is left; the observer must not be told of frames any more.
     /// @return empty, or why the file does not hold all.
     std::string close();
@@ -39,24 +40,16 @@ public:
     void batch_ends() override;
 
 private:
-    struct Interface {
-        std::uint32_t number = 0;
-        std::uint64_t packets = 0, dropped = 0;
-    };
-
     bool wants(Captured what) const { return what_ == Captured::all || what_ == what; }
-    void put(int port, pcapng::Direction direction, FrameView frame, std::string_view options);
-    void put_statistics();
-    std::uint64_t time_ns();
+    std::uint8_t* note(const Verdict& verdict, PortSet ports, const Packet& p, FrameView form);
 
     PortSet ports_;
     Captured what_;
-    std::array<Interface, kPortCount> interfaces_{}; // by chip port
-    Verdicts verdicts_;
-    BlockBuffer blocks_;
-    BlockWriter writer_;
+    NoteWriter writer_;
+    BlockBuffer notes_; ///< of the batch
     std::uint64_t frame_id_ = 0, packets_ = 0;
-    std::uint64_t time_ns_ = 0; // of the batch; 0 between batches
+    std::uint64_t noted_id_ = 0;      ///< of the last frame whose bytes are noted as received
+    std::uint8_t* arrival_ = nullptr; ///< the last note, if it is that this frame was received
 };
 
 } // namespace vexosim

@@ -16,6 +16,7 @@ constexpr std::uint16_t kReceived = 4, kDropped = 5;
 constexpr std::uint32_t kByteOrder = 0x1a2b3c4d;
 constexpr std::uint32_t kVersion = 1; // 1.0, as two 16-bit numbers
 constexpr std::uint32_t kEthernet = 1;
+constexpr std::size_t kIdBytes = 8;
 constexpr char kNanoseconds = 9; // ten to the power of -9
 constexpr char kByHardware = 0;  // who decided the verdict
 
@@ -58,8 +59,9 @@ public:
     /// Filled up with zeros to whole words.
     Cursor& bytes(const void* from, std::size_t count)
     {
+        if (count % 4 != 0)
+            std::memset(at_ + count / 4 * 4, 0, 4);
         std::memcpy(at_, from, count);
-        std::memset(at_ + count, 0, padded(count) - count);
         at_ += padded(count);
         return *this;
     }
@@ -108,14 +110,14 @@ std::string words(std::initializer_list<std::uint32_t> values)
 
 } // namespace
 
-std::string options_of(std::string_view verdict, std::string_view comment)
+std::string options_of(Direction direction, std::string_view verdict, std::string_view comment)
 {
-    std::string options;
+    std::string options = option(kPacketFlags, words({static_cast<std::uint32_t>(direction)}));
     if (!verdict.empty())
         options += option(kPacketVerdict, kByHardware + std::string(verdict));
     if (!comment.empty())
         options += option(kComment, comment);
-    return options + end_of_options();
+    return options + option(kPacketId, std::string(kIdBytes, '\0')).substr(0, 4);
 }
 
 void put_section(BlockBuffer& to, std::string_view application)
@@ -138,10 +140,10 @@ void put_interface(BlockBuffer& to, std::string_view name, std::string_view desc
 
 void put_packet(BlockBuffer& to, const PacketHead& head, FrameView frame, std::string_view options)
 {
-    constexpr std::size_t kFixed = 32, kFlags = 8, kId = 12;
+    constexpr std::size_t kFixed = 32, kEndOfOptions = 4;
     const auto size = static_cast<std::uint32_t>(frame.size());
-    const auto length =
-        static_cast<std::uint32_t>(kFixed + padded(size) + kFlags + kId + options.size());
+    const auto length = static_cast<std::uint32_t>(kFixed + padded(size) + options.size() +
+                                                   kIdBytes + kEndOfOptions);
     Cursor(to.grow(length))
         .word(kPacket)
         .word(length)
@@ -150,13 +152,9 @@ void put_packet(BlockBuffer& to, const PacketHead& head, FrameView frame, std::s
         .word(size)
         .word(size)
         .bytes(frame.data(), size)
-        .half(kPacketFlags)
-        .half(4)
-        .word(static_cast<std::uint32_t>(head.direction))
-        .half(kPacketId)
-        .half(8)
-        .low_then_high(head.id)
         .bytes(options.data(), options.size())
+        .low_then_high(head.id)
+        .word(0)
         .word(length);
 }
 

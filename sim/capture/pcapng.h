@@ -13,8 +13,9 @@ namespace vexosim::pcapng {
 /// A packet's way, as its flags say it.
 enum class Direction : std::uint8_t { received = 1, sent = 2 };
 
-/// Options of a packet, encoded once and used for many: the verdict, and a comment.
-std::string options_of(std::string_view verdict, std::string_view comment);
+/// Options of a packet, encoded once and used for many; what is empty is left out. They end with
+/// the head of the packet's id.
+std::string options_of(Direction direction, std::string_view verdict, std::string_view comment);
 
 /// The file's first block: who wrote it.
 void put_section(BlockBuffer& to, std::string_view application);
@@ -26,8 +27,7 @@ void put_interface(BlockBuffer& to, std::string_view name, std::string_view desc
 struct PacketHead {
     std::uint32_t interface = 0;
     std::uint64_t time_ns = 0; ///< since the epoch
-    Direction direction = Direction::received;
-    std::uint64_t id = 0; ///< the same for a frame and its copies
+    std::uint64_t id = 0;      ///< the same for a frame and its copies
 };
 /// A whole frame.
 /// @param options from options_of().

@@ -12,21 +12,8 @@
 #include <thread>
 
 #include "tests/hosts/network.h"
+#include "tests/kit/comes_true.h"
 #include "tools/vexosh/shell.h"
-
-/// Whether a condition comes true within twenty seconds.
-template <typename Condition>
-bool comes_true(Condition condition)
-{
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(1)); // leave the processor to others
-    }
-    return true;
-}
 
 /// The MAC address of the interface that is plugged into a port.
 std::string mac_of(int port);

@@ -1,12 +1,21 @@
 // What a capture says about frames: through a chip value, and through the card.
 #include <bcmx/mirror.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
+#include <atomic>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <thread>
+#include <utility>
 
 #include "sim/capture/capture.h"
+#include "tests/kit/comes_true.h"
 #include "tests/kit/kit.h"
 #include "tests/sim/path.h"
 #include "tests/sim/pcapng_text.h"
@@ -198,14 +207,135 @@ TEST(Capture, TsharkReadsDirectionsIdsVerdictsAndComments)
               "exist\n");
 }
 
-TEST(Capture, AFullDiskIsSaidAndWhatIsThereEndsWithAWholeBlock)
+TEST(Capture, CopiesInAnotherFormAndLostOnesStandBesideThoseSentAsReceived)
 {
     Captures card;
-    BlockBuffer blocks;
-    BlockWriter writer;
-    ASSERT_EQ(writer.open("/dev/full"), "");
-    pcapng::put_section(blocks, "test");
-    EXPECT_EQ(writer.close(blocks), "cannot write /dev/full: No space left on device");
+    card.vlan(10, {1, 2}, {3});
+    card.chip.ports.set_frame_max(2, 64);
+    const TestFrame tagged = TestFrame(kHostB, kHostA, 96).tag(10);
+    card.pass(1, tagged);
+    card.chip.ports.set_frame_max(2, 200);
+    card.pass(1, tagged);
+    const PcapngText file = card.end();
+    const std::vector<Bytes> frames = {tagged.bytes(), TestFrame(kHostB, kHostA, 96).bytes(),
+                                       tagged.bytes(), tagged.bytes(),
+                                       tagged.bytes(), TestFrame(kHostB, kHostA, 96).bytes()};
+    EXPECT_EQ(file.frames, frames) << file.text;
+}
+
+TEST(Capture, OfFramesThatAreNotTakenThemselvesCopiesHaveTheirBytesAndIds)
+{
+    Captures card(Captured::all, {2});
+    const TestFrame first(kHostB, kHostA, 70), second(kHostA, kHostB, 80);
+    card.pass(1, first);
+    card.pass(3, second);
+    card.pass(2, second);
+    const PcapngText file = card.end();
+    EXPECT_EQ(file.frames, (std::vector<Bytes>{first.bytes(), second.bytes()})) << file.text;
+    EXPECT_NE(file.text.find("port 2 sent #1 from port 1 in VLAN 1\n"
+                             "port 2 received #3 [forwarded] to port 1 in VLAN 1\n"),
+              std::string::npos)
+        << file.text;
+}
+
+TEST(Capture, IsInTheFileAMomentLaterWithoutBeingStopped)
+{
+    Captures card;
+    const auto frames_in_file = [&] {
+        return PcapngText(card.dir.read("all.pcapng")).frames.size();
+    };
+    for (std::size_t frames = 3; frames <= 9; frames += 3) {
+        card.pass(1, TestFrame(kHostB, kHostA));
+        EXPECT_TRUE(comes_true([&] { return frames_in_file() == frames; })) << frames_in_file();
+    }
+}
+
+TEST(Capture, NothingIsLostOrOutOfOrderWhenTheFileIsSlowerThanTheTraffic)
+{
+    constexpr std::size_t kFrames = 5000, kPerFrame = 3;
+    Captures card;
+    for (std::size_t n = 0; n < kFrames; ++n)
+        card.pass(1, TestFrame(kHostB, kHostA, 60 + n % 1000));
+    EXPECT_EQ(card.capture->packets(), kFrames * kPerFrame);
+    const PcapngText file = card.end();
+    ASSERT_EQ(file.frames.size(), kFrames * kPerFrame);
+    for (std::size_t n = 0; n < file.frames.size(); ++n)
+        ASSERT_EQ(file.frames[n].size(), 60 + n / kPerFrame % 1000);
+    EXPECT_NE(file.text.find("counted port 1: 5000 0\ncounted port 2: 5000 0\n"),
+              std::string::npos);
+}
+
+TEST(Capture, TheTrafficWaitsWhenTheMemoryForASlowFileIsUsedUp)
+{
+    Captures card;
+    const std::string pipe = card.dir.path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const Fd reader(::open(pipe.c_str(), O_RDONLY | O_NONBLOCK));
+    Capture::Plan plan;
+    plan.ports = PortSet::all();
+    plan.memory = 1;
+    Capture slow(plan);
+    ASSERT_EQ(slow.open(pipe), "");
+    card.outputs.observers = {&slow};
+    constexpr int kFrames = 20000;
+    std::atomic<int> passed = 0;
+    std::thread traffic([&] {
+        for (int n = 0; n < kFrames; ++n, ++passed) {
+            card.pass(1, TestFrame(kHostB, kHostA));
+            slow.batch_ends();
+        }
+    });
+    int before = -1;
+    EXPECT_TRUE(comes_true([&] { // it gets no further
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        return std::exchange(before, passed.load()) == passed && passed > 0;
+    }));
+    EXPECT_LT(passed, kFrames);
+    Bytes file;
+    const auto read_on = [&] {
+        std::array<std::uint8_t, 65536> part{};
+        const ssize_t got = ::read(reader.get(), part.data(), part.size());
+        if (got > 0)
+            file.insert(file.end(), part.begin(), part.begin() + got);
+        return got == 0;
+    };
+    std::thread end([&] {
+        traffic.join();
+        EXPECT_EQ(slow.close(), "");
+    });
+    EXPECT_TRUE(comes_true(read_on));
+    end.join();
+    EXPECT_EQ(PcapngText(file).frames.size(), std::size_t{kFrames} * 3);
+}
+
+TEST(Capture, AFullDiskIsSaidAndTheTrafficGoesOn)
+{
+    Captures card;
+    card.outputs.observers.clear();
+    Capture::Plan plan;
+    plan.ports = {1};
+    Capture full(plan);
+    ASSERT_EQ(full.open("/dev/full"), "");
+    card.outputs.observers = {&full};
+    const std::string why = "cannot write /dev/full: No space left on device";
+    EXPECT_TRUE(comes_true([&] { return full.error() == why; })) << full.error();
+    for (int n = 0; n < 10000; ++n)
+        card.pass(1, TestFrame(kHostB, kHostA));
+    full.batch_ends();
+    EXPECT_EQ(full.close(), why);
+}
+
+TEST(Capture, AFileThatCanGrowNoFurtherEndsWithAWholeBlock)
+{
+    Captures card;
+    const rlimit small{10000, RLIM_INFINITY};
+    ASSERT_EQ(std::signal(SIGXFSZ, SIG_IGN), SIG_DFL);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    for (int n = 0; n < 1000; ++n)
+        card.pass(1, TestFrame(kHostB, kHostA));
+    EXPECT_EQ(card.capture->close(),
+              "cannot write " + card.dir.path("all.pcapng") + ": File too large");
+    EXPECT_GT(PcapngText(card.dir.read("all.pcapng")).text.size(), 0u);
 }
 
 class CardCapture : public CardTest {

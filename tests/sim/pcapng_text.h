@@ -107,18 +107,18 @@ private:
         times.push_back(std::uint64_t{word(at_ + 12)} << 32 | word(at_ + 16));
         const auto data = file_.begin() + static_cast<long>(at_ + 28);
         frames.emplace_back(data, data + kept);
-        std::string line = interfaces_.at(word(at_ + 8));
+        std::string direction, id, verdict, comment;
         for (const Option& option : options(at_ + 28 + std::size_t{kept + 3} / 4 * 4, end)) {
             if (option.code == 2)
-                line += number(option.value) == 1 ? " received" : " sent";
+                direction = number(option.value) == 1 ? " received" : " sent";
             if (option.code == 5)
-                line += " #" + std::to_string(number(option.value));
+                id = " #" + std::to_string(number(option.value));
             if (option.code == 7)
-                line += option.value[0] == '\0' ? " [" + option.value.substr(1) + "]" : " [?]";
+                verdict = option.value[0] == '\0' ? " [" + option.value.substr(1) + "]" : " [?]";
             if (option.code == 1)
-                line += " " + option.value;
+                comment = " " + option.value;
         }
-        text += line + "\n";
+        text += interfaces_.at(word(at_ + 8)) + direction + id + verdict + comment + "\n";
     }
     void statistics(std::size_t end)
     {
