@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <thread>
 #include <utility>
 
@@ -121,6 +122,69 @@ TEST(Capture, MirrorCopiesAreSentByTheDestination)
     EXPECT_EQ(card.said(), "port 1 received #1 [forwarded] to port 2 in VLAN 1\n"
                            "port 2 sent #1 from port 1 in VLAN 1\n"
                            "port 3 sent #1 from port 1 in VLAN 1\n");
+}
+
+TEST(Capture, TwoCopiesFromOnePortAreTwoPacketsOfTheFramesBytes)
+{
+    Captures card;
+    card.vlan(10, {1, 2}, {});
+    ASSERT_EQ(card.chip.mirrors.set(1, 2, BCM_MIRROR_PORT_ENABLE | BCM_MIRROR_PORT_INGRESS), 0);
+    const TestFrame first = TestFrame(kHostB, kHostA).tag(10), second = first.tag(10);
+    card.pass(1, first);
+    card.pass(1, second);
+    const PcapngText file = card.end();
+    std::vector<Bytes> frames(3, first.bytes());
+    frames.insert(frames.end(), 3, second.bytes());
+    EXPECT_EQ(file.frames, frames) << file.text;
+}
+
+TEST(Capture, CopiesStandInTheOrderInWhichTheyLeave)
+{
+    Captures card;
+    card.vlan(10, {1}, {2});
+    ASSERT_EQ(card.chip.mirrors.set(1, 2, BCM_MIRROR_PORT_ENABLE | BCM_MIRROR_PORT_INGRESS), 0);
+    const TestFrame plain(kHostB, kHostA), tagged = plain.tag(10);
+    card.pass(1, tagged);
+    const PcapngText file = card.end();
+    EXPECT_EQ(file.frames, (std::vector<Bytes>{tagged.bytes(), plain.bytes(), tagged.bytes()}))
+        << file.text;
+}
+
+TEST(Capture, WhatAFrameOfAnotherPortSendsIsNotSaidOfTheOneBefore)
+{
+    Captures card(Captured::all, {1, 2});
+    card.only({2, 3});
+    const TestFrame stopped(kHostA, kHostB), sent(kHostC, kHostA);
+    for (const auto& [port, frame] : {std::pair{1, stopped}, std::pair{3, sent}}) {
+        const FrameView view = frame;
+        forward_batch(card.chip, card.cpu, port, {&view, 1}, card.outputs);
+    }
+    card.capture->batch_ends();
+    const PcapngText file = card.end();
+    EXPECT_EQ(file.frames, (std::vector<Bytes>{stopped.bytes(), sent.bytes()})) << file.text;
+}
+
+TEST(Capture, StatisticsCountWhatWasDroppedAndNotSent)
+{
+    Captures card;
+    card.chip.ports.set_frame_max(3, 64);
+    card.pass(1, TestFrame(kHostB, kHostA, 100));
+    card.pass(1, TestFrame(kHostB, kHostA).tag(77));
+    const std::string text = card.end().text;
+    EXPECT_EQ(text.substr(text.find("counted cpu")),
+              "counted cpu: 0 0\ncounted port 1: 2 1\ncounted port 2: 1 0\n"
+              "counted port 3: 1 1\n");
+}
+
+TEST(Capture, NothingOfAnOlderFileIsLeft)
+{
+    const TempDir dir;
+    const std::string path = dir.path("old");
+    std::ofstream(path) << std::string(100000, 'x');
+    Capture capture(Capture::Plan{});
+    ASSERT_EQ(capture.open(path), "");
+    EXPECT_EQ(capture.close(), "");
+    EXPECT_EQ(PcapngText(dir.read("old")).text, "");
 }
 
 TEST(Capture, FramesStandThereAsTheyCameAndAsTheyLeft)
