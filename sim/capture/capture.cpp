@@ -37,14 +37,16 @@ std::uint8_t* Capture::note(const Verdict& verdict, PortSet ports, const Packet&
     packets_ += static_cast<std::uint64_t>(ports.count());
     arrival_ = nullptr;
     // One reading of the clock serves for frames that came in together.
-    if (notes_.empty())
-        put_note(notes_, Note::of_time(now_ns()));
+    if (notes_ == nullptr) {
+        notes_ = &writer_.borrow();
+        put_note(*notes_, Note::of_time(now_ns()));
+    }
     if (!is_as_received(p, form))
-        return put_note(notes_, {verdict, frame_id_, form.size(), Note::Bytes::kFollow}, form);
+        return put_note(*notes_, {verdict, frame_id_, form.size(), Note::Bytes::kFollow}, form);
     if (noted_id_ == frame_id_)
-        return put_note(notes_, {verdict, frame_id_, form.size(), Note::Bytes::kSame});
+        return put_note(*notes_, {verdict, frame_id_, form.size(), Note::Bytes::kSame});
     noted_id_ = frame_id_;
-    return put_note(notes_, {verdict, frame_id_, form.size(), Note::Bytes::kReceived}, form);
+    return put_note(*notes_, {verdict, frame_id_, form.size(), Note::Bytes::kReceived}, form);
 }
 
 void Capture::decided(const Packet& p)
@@ -82,10 +84,10 @@ void Capture::is_lost(const Packet& p, PortSet ports, FrameView form, DropReason
 
 void Capture::batch_ends()
 {
-    if (notes_.empty())
+    if (notes_ == nullptr)
         return;
-    writer_.take(notes_.bytes());
-    notes_.clear();
+    notes_ = nullptr;
+    writer_.give_back();
     arrival_ = nullptr;
 }
 

@@ -46,7 +46,7 @@ private:
     PortSet ports_;
     Captured what_;
     NoteWriter writer_;
-    BlockBuffer notes_; ///< of the batch
+    BlockBuffer* notes_ = nullptr; ///< of the batch
     std::uint64_t frame_id_ = 0, packets_ = 0;
     std::uint64_t noted_id_ = 0;      ///< of the last frame whose bytes are noted as received
     std::uint8_t* arrival_ = nullptr; ///< the last note, if it is that this frame was received

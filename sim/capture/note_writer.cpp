@@ -50,10 +50,17 @@ std::string NoteWriter::open(const std::string& path)
     return why;
 }
 
-void NoteWriter::take(std::span<const std::uint8_t> notes)
+BlockBuffer& NoteWriter::borrow()
+{
+    const std::lock_guard lock(mutex_);
+    lent_ = true;
+    return open_;
+}
+
+void NoteWriter::give_back()
 {
     std::unique_lock lock(mutex_);
-    std::memcpy(open_.grow(notes.size()), notes.data(), notes.size());
+    lent_ = false;
     if (open_.size() < kFull && !idle_)
         return;
     room_.wait(lock, [this] { return !empty_.empty() || made_ < most_; });
@@ -145,7 +152,7 @@ void NoteWriter::rest(std::unique_lock<std::mutex>& lock)
     const auto woken = [this] { return !full_.empty() || stopping_; };
     if (work_.wait_for(lock, kMoment, woken))
         return;
-    if (!open_.empty())
+    if (!lent_ && !open_.empty())
         return queue_open();
     idle_ = true;
     work_.wait(lock, woken);

@@ -28,9 +28,11 @@ public:
     /// @return empty, or why the file cannot be written; nothing is then changed.
     std::string open(const std::string& path);
 
-    /// Copies notes; they will be written in a moment, or at once after a pause. After an error
-    /// they are thrown away.
-    void take(std::span<const std::uint8_t> notes);
+    /// Where notes are to be added, until they are given back.
+    BlockBuffer& borrow();
+    /// They will be written in a moment, or at once after a pause. After an error they are thrown
+    /// away.
+    void give_back();
 
     /// Writes what is left, and what each port has counted, and closes the file.
     /// @return empty, or why not all is in the file, which then ends with a whole block.
@@ -55,12 +57,13 @@ private:
 
     mutable std::mutex mutex_;
     std::condition_variable work_, room_;
-    BlockBuffer open_; ///< notes are being added
+    BlockBuffer open_; ///< notes are being added; while lent, the borrower's
     std::deque<BlockBuffer> full_;
     std::vector<BlockBuffer> empty_; ///< the last one is still in the cache
     std::size_t made_ = 0;           ///< buffers that there are
     const std::size_t most_;         ///< that there may be
-    bool idle_ = false;              ///< the thread waits for the next notes, however few
+    bool lent_ = false;
+    bool idle_ = false; ///< the thread waits for the next notes, however few
     bool stopping_ = false;
     std::string error_;
 };

@@ -24,7 +24,8 @@ struct CaptureOptions {
 };
 
 /// Starts the one capture there may be. The file is created or emptied; what is captured is written
-/// without loss, by a thread of its own: the card waits for a slow disk.
+/// without loss, a few milliseconds later, by a thread of its own. For a slow disk 256 MiB may wait
+/// in memory, some million frames; then the card waits.
 /// @return empty, or one line that says why not; nothing is then changed.
 std::string start_capture(const std::string& path, const CaptureOptions& options = {});
 
