@@ -57,6 +57,8 @@ TEST_F(ReplayFiles, PlaysSeveralFilesInTheOrderOfTheirTimes)
     for (const ReplaySpeed speed : {ReplaySpeed::original, ReplaySpeed::fixed, ReplaySpeed::full}) {
         EXPECT_EQ(replay_files(files, {speed}).frames, 6u);
         EXPECT_EQ(sent(3), "4 1 5 2 3 6");
+        EXPECT_EQ(sent(1), "4 5 6");
+        EXPECT_EQ(sent(2), "1 2 3");
     }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/tools/shell_test_fixture.h"
+#include "tools/vexosh/manual_page.h"
 
 using namespace vexosh;
 
@@ -55,6 +56,13 @@ TEST(Help, FoldsLongLinesAtBlanksAndBehindBars)
     EXPECT_EQ(folded(word + " " + word + " " + word, 4), word + " " + word + "\n    " + word);
     EXPECT_EQ(folded(std::string(90, 'a'), 4), std::string(90, 'a'));
     EXPECT_EQ(folded(word + "|" + word + "|" + word, 4), word + "|" + word + "|\n    " + word);
+}
+
+TEST(ManualPage, ShowsTextsAsTheyStand)
+{
+    const std::string page = manual_page({{"--option", ".a\\b-c"}, {"--other", "'d"}});
+    EXPECT_NE(page.find("\\fB\\-\\-option\\fR\n\\&.a\\eb\\-c\n"), std::string::npos) << page;
+    EXPECT_NE(page.find("\\fR\n\\&'d\n"), std::string::npos) << page;
 }
 
 TEST_F(ShellTest, HelpFitsTheScreenAndTellsOfEveryCommand)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# manual_page_test.sh VEXOSH: the manual page formats without a warning and has every command of
-# `help`.
+# manual_page_test.sh VEXOSH: the manual page formats without a warning, and has every option, every
+# command of `help`, how frames are written, the exit status and the environment.
 set -euo pipefail
 
 vexosh=$1
@@ -17,6 +17,9 @@ warnings=$(groff -man -Tutf8 -ww -z "$page" 2>&1)
 
 shown=$(groff -man -Tascii -P-cbou -rLL=300n "$page")
 missing=0
+while read -r text; do
+    grep -qF -- "$text" <<<"$shown" || { echo "missing: $text"; missing=1; }
+done < <("$vexosh" --help | grep -oE -- '--[a-z-]+'; printf '%s\n' hex:BYTES 'EXIT STATUS' NO_COLOR)
 # The words of a command stand between two and two or more blanks.
 while read -r command; do
     grep -qE "^ +$command( |$)" <<<"$shown" || { echo "missing: $command"; missing=1; }

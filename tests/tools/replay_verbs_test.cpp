@@ -73,6 +73,13 @@ TEST_F(ReplayVerbs, AnyFrameOfACaptureIsTraced)
               "no frame 17 in '" + file + "': there are 16");
 }
 
+TEST_F(ReplayVerbs, WhatIsReplayedIsCapturedWithTheTimesThatItHad)
+{
+    const std::string path = script("");
+    run("capture start " + path + " 1 received; replay " + demo("h1.pcap") + " 1; capture stop");
+    EXPECT_EQ(run("replay " + path + " 1"), "16 frames replayed in 7.812 s, 2 a second\n");
+}
+
 TEST_F(ReplayVerbs, ASpeedIsSoManyFramesASecond)
 {
     EXPECT_EQ(run("replay " + demo("h1.pcap") + " 1 100"),

@@ -1,7 +1,9 @@
 // Configurations that are saved, sourced and compared, and driver calls that are made again: each
 // card is a process of its own.
+#include <sys/resource.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "tests/tools/shell_test_fixture.h"
@@ -90,6 +92,16 @@ TEST_F(Saved, AFreshCardThatSourcesTheFileHasTheSameDigest)
         << contents(file("saved"));
 }
 
+TEST_F(Saved, APortMayBlockInAFewGroupsAndForwardInTheRest)
+{
+    run("stp port 11 blocking");
+    for (int group = 1; group <= 200; ++group) {
+        run("stp group " + std::to_string(group) + " 11 forwarding");
+    }
+    run("save " + file("saved"));
+    EXPECT_EQ(last_line(other_card(file("saved") + " -c 'show digest'")), digest());
+}
+
 TEST_F(Saved, AFreshCardHasNothingToSave)
 {
     EXPECT_EQ(run("save"),
@@ -133,6 +145,29 @@ TEST_F(Saved, AFileThatCannotBeWrittenIsAnErrorAndLeavesNothing)
     EXPECT_FALSE(std::filesystem::exists(file("saved") + ".new"));
 }
 
+TEST_F(Saved, AFileThatThereIsNoRoomForLeavesTheOldOne)
+{
+    run("save " + file("saved"));
+    const std::string before = contents(file("saved"));
+    run("source " + script(kEverything));
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit little{100, 100};
+    ::setrlimit(RLIMIT_FSIZE, &little);
+    EXPECT_EQ(error_of("save " + file("saved")), "cannot write '" + file("saved") + "'");
+    EXPECT_EQ(contents(file("saved")), before);
+    EXPECT_FALSE(std::filesystem::exists(file("saved") + ".new"));
+}
+
+TEST_F(Saved, FlowsThatWereChangedTooOftenAreNamed)
+{
+    for (std::size_t i = 0; i <= Session::kMostFieldCommands + 1; ++i) {
+        session_->keep_field_command("flow clear");
+    }
+    EXPECT_NE(run("save").find("\n# left out: flows and traps, which were changed more than 100000 "
+                               "times\n"),
+              std::string::npos);
+}
+
 TEST_F(Saved, DiffIsSilentWhenNothingDiffers)
 {
     run("source " + script(kEverything) + "; save " + file("saved"));
@@ -148,6 +183,14 @@ TEST_F(Saved, DiffSaysWhatTheCardHasMoreAndLess)
     EXPECT_EQ(out_.str(), "- fdb ageing 60\n+ fdb ageing 90\n+ flow add match any\n");
 }
 
+TEST_F(Saved, DiffCountsWhatIsThereSeveralTimes)
+{
+    const std::string once = script("flow add match any\n");
+    run("source " + once + "; flow add match any");
+    EXPECT_EQ(error_of("diff " + once), "the card differs from " + once + " by 1 command");
+    EXPECT_EQ(out_.str(), "+ flow add match any\n");
+}
+
 TEST_F(Saved, DiffTellsTheErrorOfAFile)
 {
     const std::string bad = script("vlan create 10\nvlan create x\n");
@@ -160,6 +203,8 @@ TEST_F(Saved, TryGoesOnAndSaysWhy)
 {
     EXPECT_EQ(run("try vlan create 5000; echo next"),
               "vlan create 5000: the driver refused\nnext\n");
+    run("try flow add-with-id 5 match any");
+    EXPECT_NE(run("save").find("\ntry flow add-with-id 5 match any\n"), std::string::npos);
     EXPECT_EQ(error_of("try"), "missing COMMAND; usage: try COMMAND...");
 }
 
@@ -171,6 +216,22 @@ TEST_F(Saved, RecordedCallsLeadAFreshCardToTheSameDigest)
         other_card("-c 'replay calls " + file("calls") + "; show digest; show lags'");
     EXPECT_NE(replayed.find(digest() + "\n"), std::string::npos) << replayed;
     EXPECT_NE(replayed.find(run("show lags")), std::string::npos) << replayed;
+}
+
+TEST_F(Saved, ARecordLeavesToTheCallsWhatTheManagerDidNotDo)
+{
+    run("forwarding off; record start " + file("calls") + "; attach 1-4=mem; wait 1s; record stop");
+    EXPECT_EQ(last_line(other_card("-c 'replay calls " + file("calls") + "; show digest'")),
+              digest());
+}
+
+TEST_F(Saved, AfterAReplayTheManagerGoesOn)
+{
+    run("record start " + file("calls") + "; attach 1-4=mem; wait 1s; lag create; lag add 0 1-3");
+    run("record stop");
+    const std::string after = "link 2 down; attach 5=mem; wait 1s; show digest";
+    EXPECT_EQ(last_line(other_card("-c 'replay calls " + file("calls") + "; " + after + "'")),
+              last_line(run(after)));
 }
 
 TEST_F(Saved, ARecordIsReadable)
@@ -192,6 +253,18 @@ TEST_F(Saved, ARecordIsReadable)
               "call add_mac_to_port 0 02:00:00:00:00:01 1 on = true\n");
 }
 
+TEST_F(Saved, WhatHappensToTheCardIsRecordedAsWell)
+{
+    const std::string happened = "attach 1-3=mem\nlink 1 down\npartner 2 100-full\n"
+                                 "impair 1 loss 50 seed 7\nfault bcmx_vlan_create -6 nth 9\n"
+                                 "send 2 type=0x88b5\nsend-file 2 " VEXO_DEMO_DIR "/h1.pcap\n"
+                                 "replay " VEXO_DEMO_DIR "/h1.pcap 2 full\ndetach 3\n";
+    run("forwarding off; record start " + file("calls"));
+    run("source " + script(happened) + "; show ports; record stop");
+    EXPECT_EQ(contents(file("calls")),
+              "# driver calls and what they answered, for `replay calls`\n" + happened);
+}
+
 TEST_F(Saved, ACallThatAnswersSomethingElseIsNamedWithItsLine)
 {
     const std::string path = script(
@@ -209,7 +282,9 @@ TEST_F(Saved, RecordsStartAndStopInOrder)
     run("record start " + file("calls"));
     EXPECT_EQ(error_of("record start x"),
               "a record into " + file("calls") + " is running; stop it first");
-    run("record stop");
+    EXPECT_EQ(run("vlan create 10; record stop"), "1 line in " + file("calls") + "\n");
+    run("record start " + file("calls"));
+    EXPECT_EQ(run("record stop"), "0 lines in " + file("calls") + "\n");
     EXPECT_EQ(error_of("record start /does/not/exist"), "cannot write '/does/not/exist'");
     EXPECT_EQ(error_of("record start /dev/full; vlan create 10; record stop"),
               "cannot write all of '/dev/full'");
