@@ -344,7 +344,7 @@ TEST(RealTime, TheNextFramesOfAPortAreTracedAsTheyCome)
             sending.run_line("send 2 type=0x88b6; send 1 src=02:00:00:00:00:0a type=0x88b5");
         }
     });
-    tracing.run_line("trace next 1 1");
+    tracing.run_line("trace next 1 on 1");
     sender.join();
     const std::string text = seen.take();
     EXPECT_EQ(text.find("port 1 hex:ffffffffffff02000000000a88b5"), 0u) << text;

@@ -101,7 +101,7 @@ void trace_next(Shell& shell, Words& words)
 {
     constexpr std::chrono::milliseconds kLook{50};
     unsigned left = words.number("N", 1, 1'000'000);
-    const int port = words.empty() ? -1 : front_port(words.next("PORT"));
+    const int port = words.take("on") ? front_port(words.next("PORT")) : -1;
     words.end();
     if (vexosim::manual_clock()) {
         throw BadInput("with the manual clock frames come by commands only; `trace PORT FRAME` "
@@ -140,7 +140,7 @@ constexpr Command kCommands[] = {
     {"trace", "PORT FRAME", "what would happen to a frame, stage by stage; nothing changes", trace},
     {"trace capture", "PORT FILE [N]", "the same for the first frame of a capture, or the N-th",
      trace_capture},
-    {"trace next", "N [PORT]",
+    {"trace next", "N [on PORT]",
      "the way of the next frames that arrive at a port, or at any; Ctrl-C ends it", trace_next},
     {"show capture", "FILE", "what is in a capture file, alike frames together", show_capture},
 };
