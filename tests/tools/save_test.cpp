@@ -265,6 +265,17 @@ TEST_F(Saved, WhatHappensToTheCardIsRecordedAsWell)
               "# driver calls and what they answered, for `replay calls`\n" + happened);
 }
 
+TEST_F(Saved, WhatFailedWhileItWasRecordedMayFailAgain)
+{
+    run("record start " + file("calls"));
+    EXPECT_NE(error_of("link 9 up"), "no error");
+    run("vlan create 10; record stop");
+    EXPECT_NE(contents(file("calls")).find("\ntry link 9 up\ncall create_vlan 10"),
+              std::string::npos);
+    EXPECT_EQ(last_line(other_card("-c 'replay calls " + file("calls") + "; show digest'")),
+              digest());
+}
+
 TEST_F(Saved, ACallThatAnswersSomethingElseIsNamedWithItsLine)
 {
     const std::string path = script(

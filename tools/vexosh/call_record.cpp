@@ -17,7 +17,7 @@ void CallRecord::start(const std::string& path)
     }
     path_ = path;
     lines_ = 0;
-    file_ << "# driver calls and what they answered, for `replay calls`\n";
+    last_ = "# driver calls and what they answered, for `replay calls`";
 }
 
 std::string CallRecord::stop()
@@ -25,6 +25,7 @@ std::string CallRecord::stop()
     if (!on()) {
         throw BadInput("no record is running");
     }
+    file_ << last_ << '\n';
     file_.close();
     const bool written = !file_.fail();
     file_.clear();
@@ -36,8 +37,16 @@ std::string CallRecord::stop()
 
 void CallRecord::line(const std::string& command)
 {
-    file_ << command << '\n';
+    file_ << last_ << '\n';
+    last_ = command;
     ++lines_;
+}
+
+void CallRecord::failed(const std::string& command)
+{
+    if (last_ == command) {
+        last_ = "try " + command;
+    }
 }
 
 CallRecord::Names::Names(const char* operation)

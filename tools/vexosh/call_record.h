@@ -20,6 +20,8 @@ public:
     bool on() const { return file_.is_open(); }
 
     void line(const std::string& command);
+    /// A command has failed: where it is the last line, a replay is to try it.
+    void failed(const std::string& command);
 
     /// A call, after it was made.
     template <class R, class... P, class... A>
@@ -57,6 +59,7 @@ private:
 
     std::string path_;
     std::ofstream file_;
+    std::string last_; // line, which is still to be written
     std::size_t lines_ = 0;
 };
 

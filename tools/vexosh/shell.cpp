@@ -192,6 +192,10 @@ void Shell::run_command(const std::string& text)
     } catch (const Refused&) {
         keep(words, "try " + text);
         throw;
+    } catch (const BadInput&) {
+        const auto driver = session_.driver();
+        session_.record().failed(trimmed(text));
+        throw;
     }
     keep(words, text);
     session_.settle();
