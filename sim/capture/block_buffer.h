@@ -14,8 +14,11 @@ public:
     BlockBuffer() = default;
     /// With memory for so many bytes that the kernel has given already.
     explicit BlockBuffer(std::size_t capacity)
-        : bytes_(std::make_unique<std::uint8_t[]>(capacity)), capacity_(capacity)
+        : bytes_(std::make_unique_for_overwrite<std::uint8_t[]>(capacity)), capacity_(capacity)
     {
+        constexpr std::size_t kPage = 4096;
+        for (std::size_t at = 0; at < capacity; at += kPage)
+            bytes_[at] = 0;
     }
 
     /// Appends bytes for the caller to fill.

@@ -11,7 +11,7 @@ namespace vexosim {
 namespace {
 
 constexpr std::size_t kBuffer = std::size_t{128} * 1024;
-constexpr std::size_t kFull = std::size_t{96} * 1024; // what comes with a batch fits behind it
+constexpr std::size_t kFull = kBuffer - std::size_t{8} * 1024; // what a batch has fits behind it
 /// Buffers that lie ready: the thread that forwards shall not wait until the kernel gives memory.
 constexpr std::size_t kSpare = 16;
 /// Blocks are written by so many bytes: they are then still in the cache.

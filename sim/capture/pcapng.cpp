@@ -1,5 +1,7 @@
 #include "sim/capture/pcapng.h"
 
+#include <cstring>
+
 namespace vexosim::pcapng {
 
 namespace {

@@ -316,7 +316,7 @@ TEST(Capture, IsInTheFileAMomentLaterWithoutBeingStopped)
 
 TEST(Capture, NothingIsLostOrOutOfOrderWhenTheFileIsSlowerThanTheTraffic)
 {
-    constexpr std::size_t kFrames = 5000, kPerFrame = 3;
+    constexpr std::size_t kFrames = 8000, kPerFrame = 3;
     Captures card;
     for (std::size_t n = 0; n < kFrames; ++n)
         card.pass(1, TestFrame(kHostB, kHostA, 60 + n % 1000));
@@ -325,7 +325,7 @@ TEST(Capture, NothingIsLostOrOutOfOrderWhenTheFileIsSlowerThanTheTraffic)
     ASSERT_EQ(file.frames.size(), kFrames * kPerFrame);
     for (std::size_t n = 0; n < file.frames.size(); ++n)
         ASSERT_EQ(file.frames[n].size(), 60 + n / kPerFrame % 1000);
-    EXPECT_NE(file.text.find("counted port 1: 5000 0\ncounted port 2: 5000 0\n"),
+    EXPECT_NE(file.text.find("counted port 1: 8000 0\ncounted port 2: 8000 0\n"),
               std::string::npos);
 }
 
@@ -341,11 +341,11 @@ TEST(Capture, TheTrafficWaitsWhenTheMemoryForASlowFileIsUsedUp)
     Capture slow(plan);
     ASSERT_EQ(slow.open(pipe), "");
     card.outputs.observers = {&slow};
-    constexpr int kFrames = 20000;
+    constexpr int kFrames = 5000;
     std::atomic<int> passed = 0;
     std::thread traffic([&] {
         for (int n = 0; n < kFrames; ++n, ++passed) {
-            card.pass(1, TestFrame(kHostB, kHostA));
+            card.pass(1, TestFrame(kHostB, kHostA, 1500));
             slow.batch_ends();
         }
     });
