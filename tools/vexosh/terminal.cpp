@@ -54,7 +54,7 @@ try {
     return false; // inside quotes
 }
 
-unsigned char complete(EditLine* line, int)
+unsigned char complete(EditLine* line, wint_t)
 {
     const LineInfo* info = el_line(line);
     const std::string_view typed(info->buffer,
@@ -74,10 +74,17 @@ unsigned char complete(EditLine* line, int)
     return CC_REDISPLAY;
 }
 
+/// In wide characters, of which libedit keeps no copies that it forgets.
+void add_function(EditLine* line, const wchar_t* name, const wchar_t* help,
+                  unsigned char (*function)(EditLine*, wint_t))
+{
+    el_wset(line, EL_ADDFN, name, help, function);
+}
+
 bool discarded = false;
 
 /// Ctrl-C at the prompt: the line goes, and the card stays.
-unsigned char discard(EditLine* line, int)
+unsigned char discard(EditLine* line, wint_t)
 {
     discarded = true;
     std::cout << "^C" << std::endl;
@@ -89,7 +96,7 @@ void take_ctrl_c_as_a_key(EditLine* line)
 {
     el_set(line, EL_SETTY, "-d", "-isig", nullptr);
     el_set(line, EL_SETTY, "-x", "-echoctl", nullptr); // and is not seen within what is printed
-    el_set(line, EL_ADDFN, "discard-line", "begins a new line", discard);
+    add_function(line, L"discard-line", L"begins a new line", discard);
     el_set(line, EL_BIND, "^C", "discard-line", nullptr);
 }
 
@@ -123,7 +130,7 @@ void run_terminal(Interpreter& shell)
     el_set(line.get(), EL_PROMPT, prompt);
     el_set(line.get(), EL_EDITOR, "emacs");
     el_set(line.get(), EL_HIST, ::history, past.get());
-    el_set(line.get(), EL_ADDFN, "complete-command", "completes command words", complete);
+    add_function(line.get(), L"complete-command", L"completes command words", complete);
     el_set(line.get(), EL_BIND, "^I", "complete-command", nullptr);
     take_ctrl_c_as_a_key(line.get());
     shell.heed_ctrl_c();
