@@ -41,7 +41,8 @@ echo "== What the CPU received"
 show cpu
 echo
 echo "== Three frames that get nowhere"
-echo "port 3 sends into VLAN 10, of which it is no member; port 1 sends to itself; port 2 sends a stump"
+echo "port 3 sends into VLAN 10, of which it is no member; port 1 sends to itself;"
+echo "port 2 sends a frame that is cut off"
 send 3 src=02:00:00:00:00:03 dst=02:00:00:00:00:01 vlan=10 type=0x88b5
 send 1 src=02:00:00:00:00:0a dst=02:00:00:00:00:01 type=0x88b5
 send 2 hex:020000000001
