@@ -1,8 +1,39 @@
 #include "sim/card/watch.h"
 
+#include <bcm/error.h>
+
 #include <utility>
 
+#include "vexosim/calls.h"
+
 namespace vexosim {
+
+namespace {
+
+thread_local FailedCall last_failed;
+
+} // namespace
+
+void keep_failed_call(const char* name, int code)
+{
+    last_failed = {name, code};
+}
+
+FailedCall failed_call()
+{
+    return last_failed;
+}
+
+void forget_failed_call()
+{
+    last_failed = {};
+}
+
+const char* FailedCall::text() const
+{
+    const bool known = code <= 0 && code > -(BCM_ERRMSG_COUNT - 1);
+    return _shr_errmsg[known ? -code : BCM_ERRMSG_COUNT - 1];
+}
 
 CallLog::Place Watch::add(const char* name, CallClass kind, const std::string& arguments)
 {

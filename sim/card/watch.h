@@ -9,6 +9,9 @@
 
 namespace vexosim {
 
+/// Keeps the last call on this thread that reported an error.
+void keep_failed_call(const char* name, int code);
+
 /// What looks at every SDK call: the log and the faults. Costs a branch while neither is on.
 class Watch {
 public:

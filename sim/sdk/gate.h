@@ -26,9 +26,12 @@ template <class... A, class Body>
 int gated(const char* name, CallClass kind, const Arguments<A...>& arguments, Body&& body)
 {
     Watch& watch = card().watch;
-    if (!watch.on()) [[likely]]
-        return body();
-    return watch.run(name, kind, arguments.text(), [&body]() -> int { return body(); });
+    const int result =
+        !watch.on() ? body()
+                    : watch.run(name, kind, arguments.text(), [&body]() -> int { return body(); });
+    if (result < 0) [[unlikely]]
+        keep_failed_call(name, result);
+    return result;
 }
 
 /// Bookkeeping with a result code.

@@ -202,4 +202,23 @@ TEST_F(GateOfABareCard, AfterAFailedAttachChipCallsWorkAndPortCallsDoNot)
     EXPECT_EQ(bcm_stat_clear(1, 1), BCM_E_UNIT);
 }
 
+TEST_F(Gate, KeepsTheLastCallThatFailedOnAThread)
+{
+    forget_failed_call();
+    EXPECT_EQ(bcmx_vlan_create(10), BCM_E_NONE);
+    EXPECT_EQ(failed_call().name, nullptr);
+    EXPECT_EQ(bcmx_vlan_create(10), BCM_E_EXISTS);
+    inject({.call = "bcmx_vlan_destroy", .code = -99});
+    EXPECT_EQ(bcmx_vlan_destroy(10), -99);
+    EXPECT_EQ(bcmx_vlan_create(11), BCM_E_NONE);
+    std::thread([] { EXPECT_EQ(failed_call().name, nullptr); }).join();
+    const FailedCall failed = failed_call();
+    EXPECT_STREQ(failed.name, "bcmx_vlan_destroy");
+    EXPECT_EQ(failed.code, -99);
+    EXPECT_STREQ(failed.text(), "Unknown error");
+    EXPECT_STREQ((FailedCall{"", BCM_E_PORT}.text()), "Invalid port");
+    forget_failed_call();
+    EXPECT_EQ(failed_call().name, nullptr);
+}
+
 } // namespace

@@ -28,4 +28,17 @@ std::string all_calls_with_results();
 /// Forgets what was logged.
 void clear_calls();
 
+/// A call that reported an error. Kept whether or not the log is on.
+struct FailedCall {
+    const char* name = nullptr; ///< null: there was none
+    int code = 0;               ///< below 0
+
+    /// What the SDK calls the error, e.g. "Entry not found".
+    const char* text() const;
+};
+
+/// The last call on this thread that reported an error since forget_failed_call().
+FailedCall failed_call();
+void forget_failed_call();
+
 } // namespace vexosim
