@@ -17,6 +17,20 @@ TEST_F(ShellTest, VlanVerbsChangeWhatShowVlansSays)
                                                  "   1  cpu     0-6,8-52\n");
 }
 
+TEST_F(ShellTest, AMistypedCommandIsAnsweredWithWhatItIsMostLike)
+{
+    const BadCommand commands[] = {
+        {"shw vlans", "unknown command 'shw'; did you mean 'show'?"},
+        {"show vlan", "unknown command 'show vlan'; did you mean 'show vlans'?"},
+        {"lag remvoe 0 1", "unknown command 'lag remvoe'; did you mean 'lag remove'?"},
+        {"mirror 1 2", "'mirror' is followed by one of: from, enable, off"},
+        {"xyzzy", "unknown command 'xyzzy'; try help"},
+    };
+    for (const auto& [line, error] : commands) {
+        EXPECT_EQ(error_of(line), error) << line;
+    }
+}
+
 TEST_F(ShellTest, WhatIsToEndRunsNoMoreOfItsLineOrScript)
 {
     shell_->stop();

@@ -74,6 +74,7 @@ void events(Shell& shell, Words& words)
 {
     if (words.empty() && !vexosim::manual_clock()) {
         shell.follow_events(true);
+        shell.tell_waiting("events as they come");
         while (shell.pause(std::chrono::hours(1))) {
         }
         shell.follow_events(false);

@@ -110,6 +110,7 @@ void trace_next(Shell& shell, Words& words)
     if (const std::string why = vexosim::trace_next(left, port); !why.empty()) {
         throw BadInput(why);
     }
+    shell.tell_waiting("waiting for frames");
     for (bool more = true; left > 0 && more;) {
         more = shell.pause(kLook);
         left -= std::min(left, print_traces(shell));

@@ -219,7 +219,7 @@ constexpr Command kCommands[] = {
     {"watch", "[every DURATION] [times N] COMMAND...",
      "run a command again and again, once a second unless told otherwise; Ctrl-C ends it", watch},
     {"echo", "WORDS...", "print words", echo},
-    {"shell", "COMMAND...", "run a command of the system", system_command},
+    {"shell", "COMMAND...", "run a command of the system, without input", system_command},
     {"help", "[COMMAND]", "list the commands, or explain one", help},
     {"quit", "", "leave", quit},
 };

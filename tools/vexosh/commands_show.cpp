@@ -56,7 +56,8 @@ void show_calls(Shell& shell, Words& words)
     for (std::string line; std::getline(lines, line);) {
         table.rows.push_back({line});
     }
-    print(shell, table, nlohmann::ordered_json::object(), calls);
+    print(shell, table, nlohmann::ordered_json::object(),
+          calls.empty() ? "no call is logged; `calls on` logs those that follow\n" : calls);
 }
 
 constexpr Command kCommands[] = {

@@ -35,4 +35,10 @@ std::vector<std::string> nearest(const std::string& word, std::vector<std::strin
     return names;
 }
 
+std::string meant(const std::string& word, const std::vector<std::string>& names)
+{
+    const std::vector<std::string> first = nearest(word, names);
+    return first.empty() || distance(word, first[0]) > word.size() ? "" : first[0];
+}
+
 } // namespace vexosh

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "tools/vexosh/json_table.h"
+#include "tools/vexosh/nearest.h"
 
 namespace vexosh {
 namespace {
@@ -25,16 +26,25 @@ std::string trimmed(const std::string& text)
 }
 
 /// Why words begin no command: as far as they are understood, and what may come then.
-std::string unknown_command(std::vector<std::string> words)
+std::string unknown_command(const std::vector<std::string>& words)
 {
-    const std::string first = words[0];
-    while (!words.empty()) {
-        if (const std::vector<std::string> next = next_command_words(words); !next.empty()) {
-            return "'" + joined(words, " ") + "' is followed by one of: " + joined(next, ", ");
-        }
-        words.pop_back();
+    std::vector<std::string> known = words;
+    std::vector<std::string> next;
+    while (!known.empty() && (next = next_command_words(known)).empty()) {
+        known.pop_back();
     }
-    return "unknown command '" + first + "'; try help";
+    const std::string before = joined(known, " ") + (known.empty() ? "" : " ");
+    if (known.size() < words.size()) {
+        const std::string& typed = words[known.size()];
+        next = next_command_words(known);
+        if (const std::string name = meant(typed, next); !name.empty()) {
+            return "unknown command '" + before + typed + "'; did you mean '" + before + name +
+                   "'?";
+        }
+    }
+    return known.empty()
+               ? "unknown command '" + words[0] + "'; try help"
+               : "'" + joined(known, " ") + "' is followed by one of: " + joined(next, ", ");
 }
 
 } // namespace

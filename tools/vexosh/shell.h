@@ -67,6 +67,12 @@ public:
     void use_terminal(bool on) { terminal_ = on; }
     bool terminal() const { return terminal_; }
 
+    /// Tells somebody who watches what a command waits for.
+    void tell_waiting(const std::string& what)
+    {
+        out_ << (terminal_ ? what + "; Ctrl-C ends it\n" : "") << std::flush;
+    }
+
     /// Whether packets for the CPU, link and MAC table changes are told as they come.
     void follow_events(bool on) { session_.follow_all(follower_, on); }
 
