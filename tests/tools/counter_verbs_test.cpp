@@ -82,7 +82,7 @@ TEST_F(CounterVerbs, OneCounterOfTheShortSetIsAlwaysRefused)
 {
     for (const char* width : {"", " 32"}) {
         EXPECT_EQ(error_of(std::string("show counter brief 1 in-packets") + width),
-                  "show counter brief 1: the driver refused");
+                  "show counter brief 1: the driver refused: it does not take these values");
     }
     EXPECT_EQ(run("fault bcmx_port_stat_get 1; show counter brief 1 in-packets"), "0\n")
         << "the answer that the driver waits for";
@@ -105,7 +105,7 @@ TEST_F(CounterVerbs, MirroringIsStartedAnew)
 {
     EXPECT_EQ(calls_of("mirror enable"), "bcmx_mirror_init()\nbcmx_mirror_pfmt_set(1)\n");
     EXPECT_EQ(error_of("fault bcmx_mirror_init -1; mirror enable"),
-              "mirror enable: the driver refused");
+              "mirror enable: the driver refused: bcmx_mirror_init reported -1, Internal error");
 }
 
 TEST_F(CounterVerbs, BlocksTowardsTheCpuAreReadByTheirOwnOperation)
@@ -121,7 +121,8 @@ TEST_F(CounterVerbs, BadInputIsOneLine)
          "missing PORT; usage: show counters driver PORT [32] [array] [all]"},
         {"show counters driver 1 16",
          "unexpected '16'; usage: show counters driver PORT [32] [array] [all]"},
-        {"show counters driver 9/9", "show counters driver 9: the driver refused"},
+        {"show counters driver 9/9",
+         "show counters driver 9: the driver refused: there is no port 9/9"},
         {"show counter 1 in", "bad counter 'in': `show counters driver 0 all` lists their names; 1 "
                               "to 76 will do"},
         {"show counter 1 77", "bad counter '77': a number from 1 to 76 is wanted"},

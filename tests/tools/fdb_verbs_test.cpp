@@ -158,18 +158,25 @@ TEST_F(FdbVerbs, BadInputIsOneLine)
         {"fdb", "'fdb' is followed by one of: add, system, delete, flush, ageing, limit, walk"},
         {"fdb limit", "'fdb limit' is followed by one of: system, vlan, port, lag"},
         {"fdb add 02:00", "bad MAC address '02:00': six bytes like 02:00:00:00:00:01 are wanted"},
-        {"fdb add 02:00:00:00:00:01 1 7/99", "fdb add 02:00:00:00:00:01: the driver refused"},
+        {"fdb add 02:00:00:00:00:01 1 7/99",
+         "fdb add 02:00:00:00:00:01: the driver refused: there is no port 7/99 (bcmx_l2_addr_add "
+         "reported -18, Invalid port)"},
         {"fdb add 02:00:00:00:00:01 1",
          "missing PORT or lag; usage: fdb add MAC VID PORT|lag [LAG]"},
-        {"fdb add 02:00:00:00:00:01 1 lag 5", "fdb add 02:00:00:00:00:01: the driver refused"},
-        {"fdb system 01:00:5e:00:00:01 1", "fdb system 01:00:5e:00:00:01: the driver refused"},
+        {"fdb add 02:00:00:00:00:01 1 lag 5",
+         "fdb add 02:00:00:00:00:01: the driver refused: there is no lag 5 (bcmx_l2_addr_add "
+         "reported -7, Entry not found)"},
+        {"fdb system 01:00:5e:00:00:01 1",
+         "fdb system 01:00:5e:00:00:01: the driver refused: a group address cannot be the CPU's"},
         {"fdb system 02:00:00:00:00:01 5-4", "bad VLAN '4': a number from 5 to 4095 is wanted"},
         {"fdb delete 02:00:00:00:00:01 1,600",
          "bad VLANs '1,600': the driver deletes by list in VLANs 0 to 511; name a higher one "
          "alone"},
-        {"fdb flush lag 5", "fdb flush lag: the driver refused"},
+        {"fdb flush lag 5", "fdb flush lag: the driver refused: there is no lag 5 "
+                            "(bcmx_l2_addr_delete_by_trunk reported -7, Entry not found)"},
         {"fdb ageing -1", "bad SECONDS '-1': a number from 0 to 2147483647 is wanted"},
-        {"fdb limit vlan 11 5", "fdb limit vlan: the driver refused"},
+        {"fdb limit vlan 11 5", "fdb limit vlan: the driver refused: there is no VLAN 11 "
+                                "(bcmx_l2_learn_limit_set reported -7, Entry not found)"},
         {"fdb limit port 1", "missing COUNT; usage: fdb limit port PORTS COUNT|none"},
         {"port learn 1 never",
          "bad learning mode 'never'; usage: port learn PORTS on|learn|forward|cpu"},

@@ -22,7 +22,8 @@ struct FlowCall : testing::Test {
         vexosim::log_calls(true);
     }
 
-    /// What `call` says, and keeps what the driver printed in `driver`.
+    /// What `call` says, without the reason behind an error, and keeps what the driver printed in
+    /// `driver`.
     std::string call(const std::string& line)
     {
         out_.str("");
@@ -34,6 +35,7 @@ struct FlowCall : testing::Test {
                 error = problem.what();
             }
         });
+        error = error.substr(0, error.find(": "));
         return out_.str() + error;
     }
 

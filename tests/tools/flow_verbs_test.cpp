@@ -200,9 +200,11 @@ TEST_F(FlowVerbs, FlowsAreDeletedAloneOrTogether)
 TEST_F(FlowVerbs, AFlowWhoseActionIsRefusedIsGoneAgain)
 {
     EXPECT_EQ(quiet_error("flow add match any action redirect 4 redirect all"),
-              "flow add: the driver refused action redirect, so the flow is gone again");
+              "flow add: the driver refused action redirect, so the flow is gone again: "
+              "bcmx_field_action_ports_add reported -8, Entry exists");
     EXPECT_EQ(quiet_error("fault bcmx_field_entry_prio_set -4; flow add match any priority 1"),
-              "flow add: the driver refused priority, so the flow is gone again");
+              "flow add: the driver refused priority, so the flow is gone again: "
+              "bcmx_field_entry_prio_set reported -4, Invalid parameter");
     EXPECT_EQ(run("show flows"), "there are no flows\n");
     EXPECT_EQ(run("show field-entries"), "there are no field entries\n");
 }
@@ -295,13 +297,15 @@ TEST_F(FlowVerbs, BadInputIsOneLineAndAddsNothing)
         {"flow action add 0 redirect -",
          "bad redirection '-': there is no port in it; `drop` sends frames nowhere"},
         {"flow action add 0 output 7", "bad kind of output '7': a number from 0 to 6 is wanted"},
-        {"flow action remove 0 drop", "flow action remove 0: the driver refused"},
+        {"flow action remove 0 drop", "flow action remove 0: the driver refused: "
+                                      "bcmx_field_action_delete reported -7, Entry not found"},
         {"flow action add 9 drop", "there is no flow 9"},
         {"flow action clear 9", "there is no flow 9"},
         {"flow priority 9 1", "there is no flow 9"},
         {"flow delete 9", "there is no flow 9"},
         {"show flow 9", "there is no flow 9"},
-        {"flow add-with-id 3 match any", "flow add-with-id 3: the driver refused"},
+        {"flow add-with-id 3 match any", "flow add-with-id 3: the driver refused: it takes no flow "
+                                         "with an id that was chosen for it"},
     };
     for (const auto& [line, error] : cases) {
         EXPECT_EQ(quiet_error(line), error) << line;

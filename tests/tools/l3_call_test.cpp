@@ -8,7 +8,12 @@ namespace {
 struct L3Call : ShellTest {
     std::string call(const std::string& line) { return run("call " + line); }
 
-    std::string failed(const std::string& line) { return error_of("call " + line); }
+    /// The error without the reason behind it.
+    std::string failed(const std::string& line)
+    {
+        const std::string error = error_of("call " + line);
+        return error.substr(0, error.find(": "));
+    }
 };
 
 const std::string no_route = "get_l3_route_by_subnet_ip4 returned false";

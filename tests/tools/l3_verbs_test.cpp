@@ -161,7 +161,7 @@ TEST_F(L3Verbs, BadInputIsOneLineAndReachesNoSdk)
          "missing PORT or lag; usage: l3 host add ADDRESS MAC INTERFACE PORT|lag [LAG]"},
         {"l3 host add 10.0.0.1 02:00:00:00:00:09 0 54", "bad port '54': 0 to 52 or cpu is wanted"},
         {"l3 host add 10.0.0.1 02:00:00:00:00:09 0 9/9",
-         "l3 host add 10.0.0.1: the driver refused"},
+         "l3 host add 10.0.0.1: the driver refused: there is no port 9/9"},
         {"l3 host delete network 10.0.0.0/8",
          "bad address '10.0.0.0/8': the driver hands no prefix on and deletes the whole family; "
          "leave it out"},
@@ -194,12 +194,17 @@ TEST_F(L3Verbs, RefusalsNameWhatWasRefused)
 {
     const BadCommand cases[] = {
         {"l3 interface add 03:00:00:00:00:01 1",
-         "l3 interface add 03:00:00:00:00:01: the driver refused"},
-        {"l3 host add 10.0.0.1 02:00:00:00:00:09 99 3", "l3 host add 10.0.0.1: the driver refused"},
-        {"l3 host delete 10.0.0.1 3", "l3 host delete 10.0.0.1: the driver refused"},
+         "l3 interface add 03:00:00:00:00:01: the driver refused: bcmx_l3_intf_create reported -4, "
+         "Invalid parameter"},
+        {"l3 host add 10.0.0.1 02:00:00:00:00:09 99 3",
+         "l3 host add 10.0.0.1: the driver refused: there is no L3 interface 99 (bcmx_l3_host_add "
+         "reported -7, Entry not found)"},
+        {"l3 host delete 10.0.0.1 3", "l3 host delete 10.0.0.1: the driver refused: "
+                                      "bcmx_l3_host_delete reported -7, Entry not found"},
         {"l3 host find 10.0.0.1 3", "there is no host 10.0.0.1"},
         {"l3 route add 10.0.0.0/8 02:00:00:00:00:09 0 lag 7",
-         "l3 route add 10.0.0.0/8: the driver refused"},
+         "l3 route add 10.0.0.0/8: the driver refused: there is no lag 7 (bcmx_l3_route_add "
+         "reported -7, Entry not found)"},
         {"l3 route find 10.0.0.0/8 3", "there is no route to 10.0.0.0/8"},
     };
     for (const auto& [line, error] : cases) {

@@ -115,7 +115,8 @@ TEST_F(LagVerbs, CriteriaAreSetByName)
 TEST_F(LagVerbs, AFailedAddLeavesTheBookkeepingAsItWas)
 {
     run("lag create; lag add 0 1; fault bcmx_trunk_set -5");
-    EXPECT_EQ(error_of("lag add 0 2,3"), "lag add 0: the driver refused");
+    EXPECT_EQ(error_of("lag add 0 2,3"),
+              "lag add 0: the driver refused: bcmx_trunk_set reported -5, Table empty");
     EXPECT_EQ(run("fault clear; show lags"), "lag  usp    criterion    ports  active\n"
                                              "  0  1/2/1  src-dst-mac      1       1\n");
 }
@@ -123,7 +124,7 @@ TEST_F(LagVerbs, AFailedAddLeavesTheBookkeepingAsItWas)
 TEST_F(LagVerbs, ALagWhoseCriterionIsRefusedIsTakenAway)
 {
     EXPECT_EQ(error_of("fault bcmx_trunk_psc_set -1; lag create"),
-              "lag create: the driver refused");
+              "lag create: the driver refused: bcmx_trunk_psc_set reported -1, Internal error");
     EXPECT_EQ(run("show lags"), "there are no lags\n");
 }
 

@@ -186,7 +186,8 @@ TEST_F(PortVerbs, BadInputIsOneLine)
 {
     const BadCommand cases[] = {
         {"port speed 1 2500", "bad speed '2500': one of 10, 100, 1000, 10000 is wanted"},
-        {"port speed 1 10000", "port speed 1: the driver refused"},
+        {"port speed 1 10000",
+         "port speed 1: the driver refused: bcmx_port_speed_set reported -4, Invalid parameter"},
         {"port duplex 1 quarter", "bad duplex 'quarter': one of half, full is wanted"},
         {"port enable", "missing PORTS; usage: port enable PORTS"},
         {"port enable 1 2", "unexpected '2'; usage: port enable PORTS"},
@@ -196,10 +197,14 @@ TEST_F(PortVerbs, BadInputIsOneLine)
          "bad ability 'fast': one of 10-half, 10-full, 100-half, 100-full, 1000-half, 1000-full, "
          "10000-half, 10000-full, copper, fibre, autoneg, pause-tx, pause-rx, pause-asymmetric is "
          "wanted"},
-        {"port advertise 1 10000-full", "port advertise 1: the driver refused"},
+        {"port advertise 1 10000-full",
+         "port advertise 1: the driver refused: bcmx_port_ability_advert_set reported -4, Invalid "
+         "parameter"},
         {"port mtu 1 70000", "bad frame size '70000': a number from 0 to 65535 is wanted"},
-        {"port mtu 1 63", "port mtu 1: the driver refused"},
-        {"port pvid 1 0", "port pvid 1: the driver refused"},
+        {"port mtu 1 63",
+         "port mtu 1: the driver refused: bcmx_port_frame_max_set reported -4, Invalid parameter"},
+        {"port pvid 1 0", "port pvid 1: the driver refused: bcmx_port_untagged_vlan_set reported "
+                          "-4, Invalid parameter"},
         {"port priority 1 8", "bad priority '8': a number from 0 to 7 is wanted"},
         {"port queue 1 0 8", "bad queue '8': a number from 0 to 7 is wanted"},
         {"port discard 1 some",
@@ -225,8 +230,9 @@ TEST_F(PortVerbs, BadInputIsOneLine)
 
 TEST_F(PortVerbs, TheFirstPortThatIsRefusedEndsTheList)
 {
-    EXPECT_EQ(error_of("fault bcmx_port_frame_max_set -1 nth 2; port mtu 1-3 2000"),
-              "port mtu 2: the driver refused");
+    EXPECT_EQ(
+        error_of("fault bcmx_port_frame_max_set -1 nth 2; port mtu 1-3 2000"),
+        "port mtu 2: the driver refused: bcmx_port_frame_max_set reported -1, Internal error");
     EXPECT_EQ(property(1, "mtu"), "2000");
     EXPECT_EQ(property(3, "mtu"), "1518");
 }

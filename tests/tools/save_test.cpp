@@ -202,7 +202,8 @@ TEST_F(Saved, DiffTellsTheErrorOfAFile)
 TEST_F(Saved, TryGoesOnAndSaysWhy)
 {
     EXPECT_EQ(run("try vlan create 5000; echo next"),
-              "vlan create 5000: the driver refused\nnext\n");
+              "vlan create 5000: the driver refused: bcmx_vlan_create reported -4, Invalid "
+              "parameter\nnext\n");
     run("try flow add-with-id 5 match any");
     EXPECT_NE(run("save").find("\ntry flow add-with-id 5 match any\n"), std::string::npos);
     EXPECT_EQ(error_of("try"), "missing COMMAND; usage: try COMMAND...");

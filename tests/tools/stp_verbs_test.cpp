@@ -39,9 +39,12 @@ TEST_F(StpVerbs, BadInputIsOneLine)
                             "disabled is wanted"},
         {"stp group 2 1 blocking",
          "bad state 'blocking': one of discarding, learning, forwarding, disabled is wanted"},
-        {"stp group 0 1 learning", "stp group 1: the driver refused"},
-        {"stp group 256 1 learning", "stp group 1: the driver refused"},
-        {"show stp 256", "show stp 256: the driver refused"},
+        {"stp group 0 1 learning",
+         "stp group 1: the driver refused: bcmx_stg_stp_set reported -7, Entry not found"},
+        {"stp group 256 1 learning",
+         "stp group 1: the driver refused: bcmx_stg_stp_set reported -7, Entry not found"},
+        {"show stp 256",
+         "show stp 256: the driver refused: bcmx_stg_stp_get reported -7, Entry not found"},
         {"stp", "'stp' is followed by one of: port, group"},
     };
     for (const auto& [line, error] : cases) {

@@ -53,7 +53,8 @@ TEST_F(TroubleVerbs, FaultsAreShownWithWhatTheyHit)
 {
     run("fault bcmx_vlan_create -6 nth 2; fault any 0 nth 1000 sticky");
     run("vlan create 10");
-    EXPECT_EQ(error_of("vlan create 11"), "vlan create 11: the driver refused");
+    EXPECT_EQ(error_of("vlan create 11"),
+              "vlan create 11: the driver refused: bcmx_vlan_create reported -6, Table full");
     EXPECT_EQ(run("show faults"), "call              code   nth  sticky  seen  hits\n"
                                   "bcmx_vlan_create    -6     2  no         2     1\n"
                                   "any                  0  1000  yes        6     0\n");

@@ -50,22 +50,29 @@ TEST_F(VlanVerbs, BadInputIsOneLine)
     const BadCommand cases[] = {
         {"show vlans 7", "there is no VLAN 7"},
         {"vlan cpu 1", "missing in or out; usage: vlan cpu VID in|out"},
-        {"vlan cpu 7 in", "vlan cpu 7: the driver refused"},
-        {"vlan create 0", "vlan create 0: the driver refused"},
-        {"vlan create 4095", "vlan create 4095: the driver refused"},
-        {"vlan mac 01:00:5e:00:00:01 1", "vlan mac 01:00:5e:00:00:01: the driver refused"},
+        {"vlan cpu 7 in", "vlan cpu 7: the driver refused: there is no VLAN 7 (bcmx_vlan_port_add "
+                          "reported -7, Entry not found)"},
+        {"vlan create 0",
+         "vlan create 0: the driver refused: bcmx_vlan_create reported -4, Invalid parameter"},
+        {"vlan create 4095",
+         "vlan create 4095: the driver refused: bcmx_vlan_create reported -4, Invalid parameter"},
+        {"vlan mac 01:00:5e:00:00:01 1", "vlan mac 01:00:5e:00:00:01: the driver refused: "
+                                         "bcmx_vlan_mac_add reported -4, Invalid parameter"},
         {"vlan mac 02:00:00:00:00:01 1 8", "bad PRIORITY '8': a number from 0 to 7 is wanted"},
         {"vlan subnet 192.0.2.0 1", "'192.0.2.0' has no prefix length; usage: vlan subnet "
                                     "ADDRESS/BITS VID [PRIORITY]"},
         {"vlan subnet 192.0.2.0/33 1", "bad prefix length '33': a number from 0 to 32 is wanted"},
         {"vlan subnet 2001:db8::/129 1",
          "bad prefix length '129': a number from 0 to 128 is wanted"},
-        {"vlan subnet 192.0.2.0/24 4095", "vlan subnet 192.0.2.0/24: the driver refused"},
+        {"vlan subnet 192.0.2.0/24 4095", "vlan subnet 192.0.2.0/24: the driver refused: "
+                                          "bcmx_vlan_ip4_add reported -4, Invalid parameter"},
         {"vlan protocol 1 arcnet 1 1",
          "bad frame type 'arcnet': one of ethernet, 802.3, snap is wanted"},
         {"vlan protocol 1 snap 0x10000 1",
          "bad protocol type '0x10000': a number from 0 to 65535 is wanted"},
-        {"vlan no-protocol 1 snap 1", "vlan no-protocol 1: the driver refused"},
+        {"vlan no-protocol 1 snap 1",
+         "vlan no-protocol 1: the driver refused: bcmx_port_protocol_vlan_delete reported -7, "
+         "Entry not found"},
     };
     for (const auto& [line, error] : cases) {
         EXPECT_EQ(error_of(line), error) << line;

@@ -19,7 +19,7 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// What the driver refused to do.
+/// What the driver refused to do; whoever runs the command says why.
 class Refused : public BadInput {
 public:
     using BadInput::BadInput;

@@ -66,7 +66,7 @@ unsigned Lags::create(VexoSdkBase& sdk, unsigned number)
         if (id != kNoLag) {
             sdk.delete_lag(id); // made, but its criterion was refused
         }
-        throw BadInput("lag create: the driver refused");
+        throw Refused("lag create: the driver refused");
     }
     const Usp usp(1, kLagSlot, number == 0 ? id + 1 : number);
     if (number == 0 && vexosdk_lag_usp_to_lag_id(usp, holder)) {
@@ -165,7 +165,7 @@ void Lags::add_ports(VexoSdkBase& sdk, unsigned id, const std::list<Mp>& ports)
     add_lag_member(id, lag_list, added);
     if (!activate(sdk, id, members_of(id))) {
         delete_lag_member(id, lag_list, added);
-        throw BadInput("lag add " + std::to_string(id) + ": the driver refused");
+        throw Refused("lag add " + std::to_string(id) + ": the driver refused");
     }
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "core/sdk_base.h"
+#include "tools/vexosh/refusal.h"
+#include "vexosim/calls.h"
 
 namespace vexosh {
 
@@ -12,7 +14,8 @@ public:
 #define VEXOSH_PASS(name, parameters, arguments)                                                   \
     bool name parameters override                                                                  \
     {                                                                                              \
-        return sdk_.name arguments;                                                                \
+        vexosim::forget_failed_call();                                                             \
+        return keep_refusal(#name, sdk_.name arguments);                                           \
     }
     VEXOSH_PASS(get_vlan_info, (unsigned vid, std::list<Mp>& tagged, std::list<Mp>& untagged),
                 (vid, tagged, untagged))

@@ -191,7 +191,8 @@ private:
     {
         return std::apply(
             [&](A&... each) {
-                const bool done = (sdk().*Function)(each...);
+                vexosim::forget_failed_call();
+                const bool done = keep_refusal(name, (sdk().*Function)(each...));
                 if (record_.on()) {
                     record_.note(name, Function, done, each...);
                 }

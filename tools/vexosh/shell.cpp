@@ -6,6 +6,7 @@
 
 #include "tools/vexosh/json_table.h"
 #include "tools/vexosh/nearest.h"
+#include "tools/vexosh/refusal.h"
 
 namespace vexosh {
 namespace {
@@ -193,15 +194,18 @@ void Shell::run_command(const std::string& text)
     if (command == nullptr) {
         throw BadInput(unknown_command(words));
     }
-    Words rest({words.begin() + static_cast<std::ptrdiff_t>(length), words.end()}, *command);
+    const std::vector<std::string> arguments(words.begin() + static_cast<std::ptrdiff_t>(length),
+                                             words.end());
+    Words rest(arguments, *command);
     const Turn turn(*this);
     command_ = command->words;
     record(text);
+    forget_refusal();
     try {
         command->run(*this, rest);
-    } catch (const Refused&) {
+    } catch (const Refused& refused) {
         keep(words, "try " + text);
-        throw;
+        throw BadInput(refused.what() + (": " + why_refused(*command, arguments)));
     } catch (const BadInput&) {
         const auto driver = session_.driver();
         session_.record().failed(trimmed(text));
