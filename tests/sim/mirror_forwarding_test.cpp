@@ -328,11 +328,12 @@ TEST_F(MirrorForwarding, ATraceTellsOfEachCopy)
     mirror(2, kTrueEgress, 8);
     chip.ports.set_link(8, false);
     std::string text = trace_frame(chip, cpu, 1, kAToB, names).text;
-    EXPECT_NE(text.find("mirror             received by 1: as received to 9\n"
-                        "                   sent by 2: untagged to 8, lost: the destination is "
-                        "disabled or has no link\n"
-                        "result             untagged to 2,3; mirrored to 9\n"),
-              std::string::npos)
+    EXPECT_NE(
+        text.find("mirror             received by 1: as received to 9\n"
+                  "                   sent by 2: untagged to 8, lost: the destination is disabled\n"
+                  "                   or has no link\n"
+                  "result             untagged to 2,3; mirrored to 9\n"),
+        std::string::npos)
         << text;
 }
 

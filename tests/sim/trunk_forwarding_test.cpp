@@ -98,7 +98,8 @@ TEST_F(Trunks, TrunkZeroIsOneLikeAnyOther)
     ASSERT_EQ(chip.trunks.set(0, {true, 3, {2, 3}, -1, -1, -1}), 0);
     place(kHostA, 2, 0);
     std::string text = trace_frame(chip, cpu, 2, kAToB, names).text;
-    EXPECT_NE(text.find("; moves here, on trunk 0\n"), std::string::npos) << text;
+    EXPECT_NE(text.find(";\n                   moves here, on trunk 0\n"), std::string::npos)
+        << text;
     send(2, kAToB);
     EXPECT_EQ(at(kHostA), "trunk 0");
     chip.learn_limits.by_trunk[0] = 1;
