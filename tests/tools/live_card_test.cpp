@@ -284,7 +284,7 @@ TEST_F(Interrupting, CtrlCEndsWhatRunsForTheClientWhereItIsPressedAndForNoOther)
         while (console.copy().find("a\n\na\n") == std::string::npos) {
             std::this_thread::yield();
         }
-        std::raise(SIGINT);
+        ::kill(::getpid(), SIGINT);
     });
     client.run_line("watch every 10ms echo a; echo not reached");
     pressed.join();
